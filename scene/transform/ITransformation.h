@@ -6,8 +6,7 @@
 
 #include "scene/SceneExport.h"
 
-namespace vantorix {
-namespace scene {
+namespace vantorix::scene {
 
 /// One element of a node's transformation list: its parameters, a type and an optional SID by which
 /// animation channels address it. Elements compute no matrices; Node::addTransformation does.
@@ -37,5 +36,4 @@ protected:
     ITransformation& operator=(const ITransformation&) = default;
 };
 
-}  // namespace scene
-}  // namespace vantorix
+}  // namespace vantorix::scene

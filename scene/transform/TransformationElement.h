@@ -4,8 +4,7 @@
 
 #include "scene/transform/ITransformation.h"
 
-namespace vantorix {
-namespace scene {
+namespace vantorix::scene {
 
 /// What all transformation elements have in common: type, SID and the updated flag.
 class VANTORIX_SCENE_EXPORT TransformationElement : public ITransformation {
@@ -26,5 +25,4 @@ private:
     bool updatedFlag_;
 };
 
-}  // namespace scene
-}  // namespace vantorix
+}  // namespace vantorix::scene

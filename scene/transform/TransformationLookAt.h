@@ -4,8 +4,7 @@
 
 #include "scene/transform/TransformationElement.h"
 
-namespace vantorix {
-namespace scene {
+namespace vantorix::scene {
 
 /// A view from one point towards another. Nodes list it but are not moved by it.
 /// A new element counts as updated. Writing through a returned reference does not.
@@ -34,5 +33,4 @@ private:
     core::utils::Vector<float, 3> upAxis_;
 };
 
-}  // namespace scene
-}  // namespace vantorix
+}  // namespace vantorix::scene

@@ -4,8 +4,7 @@
 
 #include "scene/transform/TransformationElement.h"
 
-namespace vantorix {
-namespace scene {
+namespace vantorix::scene {
 
 /// A whole 4x4 matrix, column by column for column vectors: the translation is at 12, 13 and 14.
 class VANTORIX_SCENE_EXPORT TransformationMatrix : public TransformationElement {
@@ -32,5 +31,4 @@ private:
     core::utils::Matrix matrix_;
 };
 
-}  // namespace scene
-}  // namespace vantorix
+}  // namespace vantorix::scene

@@ -4,13 +4,11 @@
 
 #include "scene/transform/TransformationElement.h"
 
-namespace vantorix {
-namespace core {
-namespace utils {
+namespace vantorix::core::utils {
 class Matrix;
 }
-}  // namespace core
-namespace scene {
+
+namespace vantorix::scene {
 
 /// A rotation about an axis, the angle in degrees. An axis without components turns nothing.
 /// Writing through a returned reference does not count as an update.
@@ -35,7 +33,8 @@ public:
     void rotateBy(const core::utils::Vector<float, 3>& axis, float angle);
 
     /// Takes axis and angle from the rotation part of @p matrix. Deliberate: the angle is stored in
-    /// radians. A matrix that does not turn gives axis (1, 0, 0) and angle 0.
+    /// radians. A matrix that does not turn gives axis (1, 0, 0) and angle 0; of an exact half turn
+    /// the axis cannot be told and has length 0.
     void setFromMatrix(const core::utils::Matrix& matrix);
 
 private:
@@ -43,5 +42,4 @@ private:
     float angle_;
 };
 
-}  // namespace scene
-}  // namespace vantorix
+}  // namespace vantorix::scene

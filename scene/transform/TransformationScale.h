@@ -4,8 +4,7 @@
 
 #include "scene/transform/TransformationElement.h"
 
-namespace vantorix {
-namespace scene {
+namespace vantorix::scene {
 
 /// Factors along the x, y and z axis. Writing through a returned reference does not count as an
 /// update.
@@ -38,5 +37,4 @@ private:
     core::utils::Vector<float, 3> scale_;
 };
 
-}  // namespace scene
-}  // namespace vantorix
+}  // namespace vantorix::scene

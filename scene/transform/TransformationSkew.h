@@ -4,8 +4,7 @@
 
 #include "scene/transform/TransformationElement.h"
 
-namespace vantorix {
-namespace scene {
+namespace vantorix::scene {
 
 /// A shear by an angle in degrees. Nodes list it but are not moved by it.
 /// A new element counts as updated. Writing through a returned reference does not.
@@ -32,5 +31,4 @@ private:
     core::utils::Vector<float, 3> translation_;
 };
 
-}  // namespace scene
-}  // namespace vantorix
+}  // namespace vantorix::scene

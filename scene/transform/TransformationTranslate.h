@@ -4,8 +4,7 @@
 
 #include "scene/transform/TransformationElement.h"
 
-namespace vantorix {
-namespace scene {
+namespace vantorix::scene {
 
 /// A shift. Writing through a returned reference does not count as an update.
 class VANTORIX_SCENE_EXPORT TransformationTranslate : public TransformationElement {
@@ -25,5 +24,4 @@ private:
     core::utils::Vector<float, 3> translation_;
 };
 
-}  // namespace scene
-}  // namespace vantorix
+}  // namespace vantorix::scene
