@@ -4,8 +4,7 @@
 
 #include "scene/SceneExport.h"
 
-namespace vantorix {
-namespace scene {
+namespace vantorix::scene {
 
 /// A shader file by name. The file is never opened.
 class VANTORIX_SCENE_EXPORT Effect {
@@ -27,5 +26,4 @@ private:
     std::string fileName_;
 };
 
-}  // namespace scene
-}  // namespace vantorix
+}  // namespace vantorix::scene

@@ -7,8 +7,7 @@
 
 #include "scene/SceneExport.h"
 
-namespace vantorix {
-namespace scene {
+namespace vantorix::scene {
 
 class Render;
 
@@ -32,5 +31,4 @@ private:
     std::vector<boost::shared_ptr<Render>> renders_;
 };
 
-}  // namespace scene
-}  // namespace vantorix
+}  // namespace vantorix::scene

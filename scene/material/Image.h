@@ -4,8 +4,7 @@
 
 #include "scene/SceneExport.h"
 
-namespace vantorix {
-namespace scene {
+namespace vantorix::scene {
 
 /// A texture file by name. The file is never opened.
 class VANTORIX_SCENE_EXPORT Image {
@@ -28,5 +27,4 @@ private:
     std::string fileName_;
 };
 
-}  // namespace scene
-}  // namespace vantorix
+}  // namespace vantorix::scene

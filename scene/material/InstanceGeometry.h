@@ -8,8 +8,7 @@
 
 #include "scene/SceneExport.h"
 
-namespace vantorix {
-namespace scene {
+namespace vantorix::scene {
 
 class IGeometry;
 class Material;
@@ -53,5 +52,4 @@ private:
     std::vector<boost::shared_ptr<Material>> materialList_;
 };
 
-}  // namespace scene
-}  // namespace vantorix
+}  // namespace vantorix::scene

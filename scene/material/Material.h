@@ -8,8 +8,7 @@
 
 #include "scene/SceneExport.h"
 
-namespace vantorix {
-namespace scene {
+namespace vantorix::scene {
 
 class MaterialParameter;
 
@@ -66,5 +65,4 @@ private:
 /// For diagnostics. Deliberate: parameters appear as their addresses, one after the other.
 VANTORIX_SCENE_EXPORT std::ostream& operator<<(std::ostream& out, const Material& material);
 
-}  // namespace scene
-}  // namespace vantorix
+}  // namespace vantorix::scene

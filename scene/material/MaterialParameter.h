@@ -5,8 +5,7 @@
 
 #include "scene/SceneExport.h"
 
-namespace vantorix {
-namespace scene {
+namespace vantorix::scene {
 
 /// A named value of a material, kept as text. Of type "texture", the value is the ID of an image.
 class VANTORIX_SCENE_EXPORT MaterialParameter {
@@ -31,5 +30,4 @@ private:
 VANTORIX_SCENE_EXPORT std::ostream& operator<<(std::ostream& out,
                                                const MaterialParameter& parameter);
 
-}  // namespace scene
-}  // namespace vantorix
+}  // namespace vantorix::scene

@@ -7,8 +7,7 @@
 
 #include "scene/SceneExport.h"
 
-namespace vantorix {
-namespace scene {
+namespace vantorix::scene {
 
 class Material;
 class Node;
@@ -32,5 +31,4 @@ private:
     boost::shared_ptr<Material> material_;
 };
 
-}  // namespace scene
-}  // namespace vantorix
+}  // namespace vantorix::scene
