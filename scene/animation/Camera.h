@@ -7,8 +7,7 @@
 
 #include "scene/SceneExport.h"
 
-namespace vantorix {
-namespace scene {
+namespace vantorix::scene {
 
 class SceneManager;
 
@@ -55,5 +54,4 @@ private:
     float zFar_ = 0.0f;
 };
 
-}  // namespace scene
-}  // namespace vantorix
+}  // namespace vantorix::scene

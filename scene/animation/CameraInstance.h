@@ -7,8 +7,7 @@
 
 #include "scene/SceneExport.h"
 
-namespace vantorix {
-namespace scene {
+namespace vantorix::scene {
 
 class Camera;
 class Node;
@@ -35,5 +34,4 @@ private:
     std::string sid_;
 };
 
-}  // namespace scene
-}  // namespace vantorix
+}  // namespace vantorix::scene

@@ -8,8 +8,7 @@
 
 #include "scene/SceneExport.h"
 
-namespace vantorix {
-namespace scene {
+namespace vantorix::scene {
 
 class SceneManager;
 
@@ -66,5 +65,4 @@ private:
     float fallOffExponent_ = 0.0f;
 };
 
-}  // namespace scene
-}  // namespace vantorix
+}  // namespace vantorix::scene
