@@ -8,7 +8,7 @@
 namespace vantorix::scene {
 
 /// Room for the reference counts in front of an object that shares one allocation with them.
-constexpr std::size_t blockHeaderSize = 48;
+constexpr std::size_t blockHeaderSize = 40;
 
 /// Puts a shared pointer's counts at the start of a block, and frees the block with them.
 template <typename T>

@@ -1,23 +1,78 @@
 #include "scene/geometry/BoxRules.h"
 
+#include <array>
+#include <cstdint>
+#include <cstring>
+#include <limits>
 #include <stdexcept>
 
-#include "scene/geometry/Stream.h"
-
 namespace vantorix::scene {
+namespace {
 
-Eigen::Vector3f makeSample(const float* values, int size) {
-    if (size > 3) throw std::out_of_range("invalid vector<T> subscript");
-    Eigen::Vector3f sample = Eigen::Vector3f::Zero();
-    for (int i = 0; i < size; ++i) sample[i] = values[i];
-    return sample;
+// Four positions fill three registers of four lanes, each of which keeps its component.
+using Lanes __attribute__((vector_size(16))) = float;
+using Flags __attribute__((vector_size(16))) = std::int32_t;
+constexpr std::size_t laneCount = 4;
+constexpr std::size_t blockSize = 3 * laneCount;
+
+Lanes load(const float* values) {
+    Lanes lanes;
+    std::memcpy(&lanes, values, sizeof(lanes));
+    return lanes;
 }
 
-bool readSample(const Stream& stream, std::size_t tuple, Eigen::Vector3f& sample) {
-    const auto size = stream.stride > 0 ? static_cast<std::size_t>(stream.stride) : 0;
-    if (size > 0 && tuple >= stream.values.size() / size) return false;
-    sample = makeSample(stream.values.data() + tuple * size, stream.stride);
-    return true;
+/// Values for which the order of the positions matters: NaN, and -0.0 among zeros.
+Flags findOrdered(Lanes values) {
+    constexpr std::int32_t sign = std::numeric_limits<std::int32_t>::min();
+    Flags bits;
+    std::memcpy(&bits, &values, sizeof(bits));
+    return (values != values) | (bits == sign);
+}
+
+/// Extends @p corners by whole blocks; false when the lanes, which see the positions in another
+/// order, may not stand for them.
+template <typename Rule>
+bool extendLanes(std::array<Lanes, 3>& corners, const float* values, std::size_t blocks) {
+    Flags ordered{};
+    for (std::size_t block = 0; block < blocks; ++block, values += blockSize) {
+        for (std::size_t i = 0; i < corners.size(); ++i) {
+            const Lanes samples = load(values + i * laneCount);
+            corners[i] = Rule::pick(corners[i], samples);
+            ordered |= findOrdered(samples);
+        }
+    }
+    return (ordered[0] | ordered[1] | ordered[2] | ordered[3]) == 0;
+}
+
+}  // namespace
+
+template <typename Rule>
+Eigen::Vector3f cornerOf(const float* positions, std::size_t count) {
+    Eigen::Vector3f corner = Eigen::Map<const Eigen::Vector3f>(positions);
+    const std::size_t blocks = count / laneCount;
+    std::size_t done = 0;
+    if (blocks > 0) {
+        std::array<Lanes, 3> lanes = {load(positions), load(positions + 4), load(positions + 8)};
+        if (extendLanes<Rule>(lanes, positions, blocks)) {
+            std::array<float, blockSize> samples;
+            std::memcpy(samples.data(), lanes.data(), sizeof(samples));
+            for (std::size_t i = 0; i < blockSize; i += 3) {
+                extend<Rule>(corner, Eigen::Map<const Eigen::Vector3f>(samples.data() + i));
+            }
+            done = blocks * laneCount;
+        }
+    }
+    for (std::size_t i = done; i < count; ++i) {
+        extend<Rule>(corner, Eigen::Map<const Eigen::Vector3f>(positions + i * 3));
+    }
+    return corner;
+}
+
+template Eigen::Vector3f cornerOf<LowerBound>(const float* positions, std::size_t count);
+template Eigen::Vector3f cornerOf<UpperBound>(const float* positions, std::size_t count);
+
+void requireSampleSize(std::size_t size) {
+    if (size > 3) throw std::out_of_range("invalid vector<T> subscript");
 }
 
 }  // namespace vantorix::scene

@@ -6,28 +6,35 @@
 
 namespace vantorix::scene {
 
-class Stream;
+// Comparisons as they stand decide what a NaN does: it is taken, and replaced by what comes next.
 
-// The comparisons decide what a NaN does: it is taken, and replaced by whatever comes next.
+/// The rule of a box's lower corner.
+struct LowerBound {
+    template <typename Number>  // A float, or several at once.
+    static Number pick(Number current, Number sample) {
+        return sample > current ? current : sample;
+    }
+};
 
-inline float lowerOf(float current, float sample) { return sample > current ? current : sample; }
+/// The rule of a box's upper corner.
+struct UpperBound {
+    template <typename Number>
+    static Number pick(Number current, Number sample) {
+        return current > sample ? current : sample;
+    }
+};
 
-inline float upperOf(float current, float sample) { return current > sample ? current : sample; }
-
-inline void lower(Eigen::Vector3f& minimum, const Eigen::Vector3f& sample) {
-    for (int axis = 0; axis < 3; ++axis) minimum[axis] = lowerOf(minimum[axis], sample[axis]);
+template <typename Rule>
+void extend(Eigen::Vector3f& corner, const Eigen::Vector3f& sample) {
+    for (int axis = 0; axis < 3; ++axis) corner[axis] = Rule::pick(corner[axis], sample[axis]);
 }
 
-inline void raise(Eigen::Vector3f& maximum, const Eigen::Vector3f& sample) {
-    for (int axis = 0; axis < 3; ++axis) maximum[axis] = upperOf(maximum[axis], sample[axis]);
-}
+/// The corner of the box of @p count positions of three floats, one after the other. The first
+/// position is where it starts from.
+template <typename Rule>
+Eigen::Vector3f cornerOf(const float* positions, std::size_t count);
 
-/// The first @p size of three components, the others 0.
-/// @throws std::out_of_range when @p size is above 3.
-Eigen::Vector3f makeSample(const float* values, int size);
-
-/// Reads one tuple as a sample; false when the stream ends before.
-/// @throws std::out_of_range when the stride is above 3.
-bool readSample(const Stream& stream, std::size_t tuple, Eigen::Vector3f& sample);
+/// @throws std::out_of_range when a position of @p size components makes no sample.
+void requireSampleSize(std::size_t size);
 
 }  // namespace vantorix::scene

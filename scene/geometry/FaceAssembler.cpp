@@ -1,7 +1,6 @@
 #include "scene/geometry/FaceAssembler.h"
 
 #include <algorithm>
-#include <limits>
 #include <new>
 
 #include "scene/geometry/BlockAllocation.h"
@@ -13,8 +12,6 @@
 
 namespace vantorix::scene {
 namespace {
-
-constexpr float noFloats = 0.0f;
 
 bool isVertexValue(StreamSemantic semantic) { return semantic >= COLOR && semantic <= TANGENT; }
 
@@ -30,7 +27,7 @@ FaceAssembler::FaceAssembler(const std::vector<StreamMapping>& mappings, const M
             if (mesh) addVertices(slot, *mesh);
         } else if (isVertexValue(mapping.semantic)) {
             // Not POSITION: positions only come from the mesh's vertices mappings.
-            addInput(mapping.semantic, slot, mapping.stream.get());
+            addInput(mapping, slot);
         }
     }
 }
@@ -38,57 +35,41 @@ FaceAssembler::FaceAssembler(const std::vector<StreamMapping>& mappings, const M
 void FaceAssembler::addVertices(std::size_t slot, const Mesh& mesh) {
     for (const auto& mapping : mesh.getVertices()) {
         if (mapping.semantic == POSITION || isVertexValue(mapping.semantic)) {
-            addInput(mapping.semantic, slot, mapping.stream.get());
+            addInput(mapping, slot);
         }
     }
 }
 
-void FaceAssembler::addInput(StreamSemantic semantic, std::size_t slot, const Stream* stream) {
-    if (!stream) return;
-    const auto size = static_cast<std::size_t>(std::max(stream->stride, 0));
-    Input input{semantic, slot, stream->values.data(), size, 0};
-    if (size == 0) {
-        // Every index leads to a value without floats.
-        input.values = &noFloats;
-        input.tuples = std::numeric_limits<std::size_t>::max();
-    } else {
-        input.tuples = stream->values.size() / size;
-    }
-    if (input.tuples == 0 || size > PackedCorners::mostFloats) return;
+void FaceAssembler::addInput(const StreamMapping& mapping, std::size_t slot) {
+    if (!mapping.stream) return;
+    const Input input{mapping.semantic, slot, TupleReader(*mapping.stream)};
+    const std::size_t size = input.tuples.size();
+    if (input.tuples.count() == 0 || size > PackedCorners::mostFloats) return;
     inputs_.push_back(input);
-    if (semantic == POSITION) positions_.insert(positions_.begin(), input);
+    if (mapping.semantic == POSITION) positions_.insert(positions_.begin(), input);
     blockSize_ += 3 * PackedCorners::wordsFor(size) * sizeof(float);
 }
 
 boost::shared_ptr<Triangle> FaceAssembler::makeTriangle(std::size_t start) const {
     return makeBlock<Triangle>(blockSize_, [&](void* place, void* trailing) {
         auto* const corners = new (trailing) PackedCorners;
-        for (std::size_t corner = 0; corner < 3; ++corner) {
-            for (const auto& input : inputs_) {
-                const float* const values = find(input, start + corner * stride_);
-                if (values) corners->add(corner, input.semantic, values, input.size);
-            }
-        }
-        return new (place) Triangle(*corners);
+        const auto first = pack(0, start, *corners);
+        const auto second = pack(1, start + stride_, *corners);
+        const auto third = pack(2, start + 2 * stride_, *corners);
+        return new (place) Triangle(*corners, {first, second, third});
     });
 }
 
-Eigen::Vector3f FaceAssembler::position(std::size_t start) const {
+Eigen::Vector3f FaceAssembler::pack(std::size_t corner, std::size_t start,
+                                    PackedCorners& corners) const {
     Eigen::Vector3f position = Eigen::Vector3f::Zero();
-    for (const auto& input : positions_) {
-        const float* const values = find(input, start);
-        if (!values) continue;
-        std::copy_n(values, std::min<std::size_t>(input.size, 3), position.data());
-        break;
+    for (const auto& input : inputs_) {
+        const float* const tuple = find(input, start);
+        if (!tuple) continue;
+        corners.add(corner, input.semantic, tuple, input.tuples.size());
+        if (input.semantic == POSITION) position = input.tuples.toVector(tuple);
     }
     return position;
-}
-
-const float* FaceAssembler::find(const Input& input, std::size_t start) const {
-    const std::size_t place = start + input.slot;
-    if (place >= indexStream_.size()) return nullptr;
-    const std::size_t tuple = indexStream_[place];
-    return tuple < input.tuples ? input.values + tuple * input.size : nullptr;
 }
 
 }  // namespace vantorix::scene

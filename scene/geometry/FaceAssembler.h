@@ -7,12 +7,12 @@
 #include <boost/shared_ptr.hpp>
 
 #include "scene/geometry/StreamSemantic.h"
+#include "scene/geometry/TupleReader.h"
 
 namespace vantorix::scene {
 
 class Mesh;
 class PackedCorners;
-class Stream;
 class StreamMapping;
 class Triangle;
 
@@ -31,22 +31,31 @@ public:
     boost::shared_ptr<Triangle> makeTriangle(std::size_t start) const;
 
     /// The position that the triangle's vertex gets from the record at index @p start.
-    Eigen::Vector3f position(std::size_t start) const;
+    Eigen::Vector3f position(std::size_t start) const {
+        for (const auto& input : positions_) {
+            if (const float* const tuple = find(input, start)) return input.tuples.toVector(tuple);
+        }
+        return Eigen::Vector3f::Zero();
+    }
 
 private:
     /// One value of each vertex.
     struct Input {
         StreamSemantic semantic;
         std::size_t slot;  ///< List position of the mapping, which is where records are read.
-        const float* values;
-        std::size_t size;
-        std::size_t tuples;
+        TupleReader tuples;
     };
 
     void addVertices(std::size_t slot, const Mesh& mesh);
-    void addInput(StreamSemantic semantic, std::size_t slot, const Stream* stream);
+    void addInput(const StreamMapping& mapping, std::size_t slot);
+
     /// Null when the record or the stream ends before.
-    const float* find(const Input& input, std::size_t start) const;
+    const float* find(const Input& input, std::size_t start) const {
+        const std::size_t place = start + input.slot;
+        return place < indexStream_.size() ? input.tuples.find(indexStream_[place]) : nullptr;
+    }
+    /// Packs the values of one corner and returns its position.
+    Eigen::Vector3f pack(std::size_t corner, std::size_t start, PackedCorners& corners) const;
 
     const std::vector<unsigned int>& indexStream_;
     std::size_t stride_;

@@ -9,6 +9,7 @@
 #include "scene/geometry/MappingSearch.h"
 #include "scene/geometry/MeshPrimitiveBase.h"
 #include "scene/geometry/Stream.h"
+#include "scene/geometry/TupleReader.h"
 
 namespace vantorix::scene {
 namespace {
@@ -155,43 +156,37 @@ void Mesh::calculateBV() {
     bvValid_ = true;  // For good: whatever is added later does not change the answers.
 }
 
-void Mesh::calculateBVMin() {
-    bvMin_ = primitives_.empty() ? outermostPosition(lower)
-                                 : outermostBox(&IMeshPrimitive::getBVMin, lower);
-}
+void Mesh::calculateBVMin() { bvMin_ = calculateCorner<LowerBound>(&IMeshPrimitive::getBVMin); }
 
-void Mesh::calculateBVMax() {
-    bvMax_ = primitives_.empty() ? outermostPosition(raise)
-                                 : outermostBox(&IMeshPrimitive::getBVMax, raise);
-}
+void Mesh::calculateBVMax() { bvMax_ = calculateCorner<UpperBound>(&IMeshPrimitive::getBVMax); }
 
-Eigen::Vector3f Mesh::outermostBox(BoxCorner corner, BoxRule extend) const {
+template <typename Rule>
+Eigen::Vector3f Mesh::calculateCorner(BoxCorner corner) const {
+    if (primitives_.empty()) return cornerOfPositions<Rule>();
     Eigen::Vector3f result = toEigen((primitives_.front().get()->*corner)());
     for (std::size_t i = 1; i < primitives_.size(); ++i) {
-        extend(result, toEigen((primitives_[i].get()->*corner)()));
+        extend<Rule>(result, toEigen((primitives_[i].get()->*corner)()));
     }
     return result;
 }
 
-Eigen::Vector3f Mesh::outermostPosition(BoxRule extend) const {
-    Eigen::Vector3f result = Eigen::Vector3f::Zero();
+template <typename Rule>
+Eigen::Vector3f Mesh::cornerOfPositions() const {
     const auto* const mapping = findBySemantic(vertices_, POSITION);
-    if (!mapping || !mapping->stream) return result;
-    const Stream& stream = *mapping->stream;
-    if (stream.stride <= 0) return result;  // As many samples as there may be, all are 0.
-    const auto step =
-        std::max<std::size_t>(1, stream.values.size() / static_cast<std::size_t>(bvSampleDivisor_));
-    // The counter of the stream, not the length of its values, says how many there are.
-    const auto count = static_cast<std::size_t>(std::max(stream.count, 0));
-    bool isFirst = true;
-    Eigen::Vector3f sample;
-    for (std::size_t tuple = 0; tuple < count && readSample(stream, tuple, sample); tuple += step) {
-        if (isFirst) {
-            result = sample;
-        } else {
-            extend(result, sample);
-        }
-        isFirst = false;
+    // The counter of the stream, not the length of its values, says how many positions there are.
+    if (!mapping || !mapping->stream || mapping->stream->count <= 0) return Eigen::Vector3f::Zero();
+    const TupleReader positions(*mapping->stream);
+    const auto count =
+        std::min<std::size_t>(static_cast<std::size_t>(mapping->stream->count), positions.count());
+    const float* const first = positions.find(0);
+    if (positions.size() == 0 || count == 0) return Eigen::Vector3f::Zero();
+    requireSampleSize(positions.size());
+    const std::size_t step =
+        mapping->stream->values.size() / static_cast<std::size_t>(bvSampleDivisor_);
+    if (step < 2 && positions.size() == 3) return cornerOf<Rule>(first, count);
+    Eigen::Vector3f result = positions.toVector(first);
+    for (std::size_t i = 0; i < count; i += std::max<std::size_t>(step, 1)) {
+        extend<Rule>(result, positions.toVector(positions.find(i)));
     }
     return result;
 }

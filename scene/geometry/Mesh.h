@@ -101,10 +101,11 @@ protected:
 
 private:
     using BoxCorner = core::utils::Vector<float, 3> (IMeshPrimitive::*)();
-    using BoxRule = void (*)(Eigen::Vector3f& corner, const Eigen::Vector3f& sample);
 
-    Eigen::Vector3f outermostBox(BoxCorner corner, BoxRule extend) const;
-    Eigen::Vector3f outermostPosition(BoxRule extend) const;
+    template <typename Rule>
+    Eigen::Vector3f calculateCorner(BoxCorner corner) const;
+    template <typename Rule>
+    Eigen::Vector3f cornerOfPositions() const;
 
     std::string id_;
     std::string name_;

@@ -11,6 +11,7 @@
 #include "scene/geometry/MappingSearch.h"
 #include "scene/geometry/Mesh.h"
 #include "scene/geometry/Stream.h"
+#include "scene/geometry/TupleReader.h"
 #include "scene/geometry/VertexElement.h"
 
 namespace vantorix::scene {
@@ -111,17 +112,22 @@ void MeshPrimitiveBase::calculateMinMax() {
         return;
     }
     const auto stride = static_cast<std::size_t>(calculateIndexStreamStride());
+    const TupleReader reader(*positions);
     const auto slots = findVertexSlots(streamMappings_, stride);
-    Eigen::Vector3f sample;
     for (std::size_t record = 0; !slots.empty() && record < indexStream_.size(); record += stride) {
         for (const std::size_t slot : slots) {
-            const std::size_t place = record + slot;
-            if (place >= indexStream_.size()) break;
-            if (!readSample(*positions, indexStream_[place], sample)) continue;
-            lower(bvMin_, sample);
-            raise(bvMax_, sample);
+            if (record + slot >= indexStream_.size()) break;
+            const float* const tuple = reader.find(indexStream_[record + slot]);
+            if (!tuple) continue;
+            requireSampleSize(reader.size());
+            growBox(reader.toVector(tuple));
         }
     }
+}
+
+void MeshPrimitiveBase::growBox(const Eigen::Vector3f& sample) {
+    extend<LowerBound>(bvMin_, sample);
+    extend<UpperBound>(bvMax_, sample);
 }
 
 boost::shared_ptr<Stream> MeshPrimitiveBase::getStreamBySemantic(StreamSemantic semantic) const {
@@ -141,8 +147,12 @@ int MeshPrimitiveBase::getStreamMappingOffsetForSemantic(StreamSemantic semantic
 
 const StreamMapping* MeshPrimitiveBase::findMapping(StreamSemantic semantic) const {
     const auto* const own = findBySemantic(streamMappings_, semantic);
+    return own ? own : findSharedMapping(semantic);
+}
+
+const StreamMapping* MeshPrimitiveBase::findSharedMapping(StreamSemantic semantic) const {
     const auto* const mesh = peekMesh();
-    return own || !mesh ? own : findBySemantic(mesh->getVertices(), semantic);
+    return mesh ? findBySemantic(mesh->getVertices(), semantic) : nullptr;
 }
 
 const StreamMapping* MeshPrimitiveBase::findSlotMapping(StreamSemantic semantic) {
@@ -157,8 +167,7 @@ const StreamMapping* MeshPrimitiveBase::findSlotMapping(StreamSemantic semantic)
         logger_ << " [ERROR] Found a TriangleMeshPrimitive with no VERTEX stream mapping.";
         return nullptr;
     }
-    const auto* const mesh = peekMesh();
-    return mesh && findBySemantic(mesh->getVertices(), semantic) ? vertexMapping : nullptr;
+    return findSharedMapping(semantic) ? vertexMapping : nullptr;
 }
 
 boost::shared_ptr<Stream> MeshPrimitiveBase::validateStreamStateForVertexElement(

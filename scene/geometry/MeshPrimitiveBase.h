@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -46,7 +47,14 @@ public:
     ~MeshPrimitiveBase() override;
 
 protected:
-    using Corners = std::vector<boost::shared_ptr<Vertex>>;
+    /// The vertices of one face.
+    struct Corners {
+        const boost::shared_ptr<Vertex>* begin() const { return first; }
+        const boost::shared_ptr<Vertex>* end() const { return first + count; }
+
+        const boost::shared_ptr<Vertex>* first;
+        std::size_t count;
+    };
 
     /// @throws std::out_of_range when a corner's position has more than three components.
     MeshPrimitiveBase(boost::shared_ptr<Mesh> mesh, const std::vector<StreamMapping>& mappings);
@@ -96,13 +104,27 @@ private:
     Mesh* peekMesh() const;
 
     const StreamMapping* findMapping(StreamSemantic semantic) const;
+    const StreamMapping* findSharedMapping(StreamSemantic semantic) const;
     const StreamMapping* findSlotMapping(StreamSemantic semantic);
     boost::shared_ptr<Stream> addStreamFor(const VertexElement& element, bool deduplicate);
     void addPositionStreamsFor(const VertexElement& element, bool deduplicate);
-    bool prepareStreams(const Vertex& corner, bool deduplicate);
-    bool appendRecord(const Vertex& corner);
-    bool storeElement(const VertexElement& element, IndexRecord& record);
-    void growBox(const VertexElement& position);
+
+    /// Where the elements of one semantic go while a face is added.
+    struct Input {
+        static constexpr int unknownSlot = -2;
+
+        StreamSemantic semantic;
+        Stream* stream;  // Held by its mapping; null where there is none.
+        int slot;
+    };
+    using Inputs = boost::container::small_vector<Input, 8>;
+
+    static Input* findInput(Inputs& inputs, StreamSemantic semantic);
+    bool prepareStreams(const Vertex& corner, bool deduplicate, Inputs& inputs);
+    Input prepareInput(const VertexElement& element, bool deduplicate);
+    bool appendRecord(const Vertex& corner, std::size_t stride, Inputs& inputs);
+    bool storeElement(const VertexElement& element, Input& input, IndexRecord& record);
+    void growBox(const Eigen::Vector3f& sample);
 
     boost::shared_ptr<Mesh> keptMesh_;  // Empty once the mesh's list holds this primitive.
     boost::weak_ptr<Mesh> mesh_;

@@ -1,5 +1,7 @@
 // How faces are stored: values into streams, their indices into records.
 
+#include <algorithm>
+
 #include "scene/geometry/BoxRules.h"
 #include "scene/geometry/Mesh.h"
 #include "scene/geometry/MeshPrimitiveBase.h"
@@ -10,9 +12,12 @@
 namespace vantorix::scene {
 namespace {
 
-/// Streams that keep duplicates share the VERTEX slot, where the last element written wins.
-StreamSemantic slotSemantic(const VertexElement& element, const Stream& stream) {
-    return stream.allowDuplicates ? VERTEX : element.semantic;
+Eigen::Vector3f toSample(const VertexElement& position) {
+    const auto size = static_cast<std::size_t>(std::max(position.size, 0));
+    requireSampleSize(size);
+    Eigen::Vector3f sample = Eigen::Vector3f::Zero();
+    std::copy_n(position.values, size, sample.data());
+    return sample;
 }
 
 }  // namespace
@@ -20,58 +25,76 @@ StreamSemantic slotSemantic(const VertexElement& element, const Stream& stream) 
 bool MeshPrimitiveBase::appendFace(const Corners& corners, bool deduplicate) {
     const auto mesh = lockMesh();
     if (!mesh) return false;
+    Inputs inputs;
     // All offsets must be fixed before the first record: they determine its length.
     for (const auto& corner : corners) {
-        if (!corner || !prepareStreams(*corner, deduplicate)) return false;
+        if (!corner || !prepareStreams(*corner, deduplicate, inputs)) return false;
     }
+    const auto stride = static_cast<std::size_t>(calculateIndexStreamStride());
     for (const auto& corner : corners) {
-        if (!appendRecord(*corner)) return false;  // No rollback: earlier corners stay.
+        if (!appendRecord(*corner, stride, inputs)) return false;  // No rollback: others stay.
     }
     return true;
 }
 
-bool MeshPrimitiveBase::prepareStreams(const Vertex& corner, bool deduplicate) {
+MeshPrimitiveBase::Input* MeshPrimitiveBase::findInput(Inputs& inputs, StreamSemantic semantic) {
+    for (auto& input : inputs) {
+        if (input.semantic == semantic) return &input;
+    }
+    return nullptr;
+}
+
+bool MeshPrimitiveBase::prepareStreams(const Vertex& corner, bool deduplicate, Inputs& inputs) {
     for (const auto& element : corner.getElements()) {
         if (element->size > 0 && !element->values) return false;
-        const auto* const mapping = findMapping(element->semantic);
-        const auto stream =
-            mapping && mapping->stream ? mapping->stream : addStreamFor(*element, deduplicate);
-        if (stream && stream->stride != element->size) return false;
+        const auto* input = findInput(inputs, element->semantic);
+        if (!input) {
+            inputs.push_back(prepareInput(*element, deduplicate));
+            input = &inputs.back();
+        }
+        if (input->stream && input->stream->stride != element->size) return false;
     }
     return true;
 }
 
-bool MeshPrimitiveBase::appendRecord(const Vertex& corner) {
-    IndexRecord record(static_cast<std::size_t>(calculateIndexStreamStride()), 0u);
+MeshPrimitiveBase::Input MeshPrimitiveBase::prepareInput(const VertexElement& element,
+                                                         bool deduplicate) {
+    const auto* mapping = findMapping(element.semantic);
+    if (!mapping || !mapping->stream) {
+        addStreamFor(element, deduplicate);
+        mapping = findMapping(element.semantic);
+    }
+    return {element.semantic, mapping ? mapping->stream.get() : nullptr, Input::unknownSlot};
+}
+
+bool MeshPrimitiveBase::appendRecord(const Vertex& corner, std::size_t stride, Inputs& inputs) {
+    IndexRecord record;
+    for (std::size_t slot = 0; slot < stride; ++slot) record.push_back(0u);
     for (const auto& element : corner.getElements()) {
-        if (!storeElement(*element, record)) return false;
+        if (element->semantic == POSITION) growBox(toSample(*element));
+        auto* const input = findInput(inputs, element->semantic);
+        if (!input || !input->stream || !storeElement(*element, *input, record)) return false;
     }
     indexStream_.insert(indexStream_.end(), record.begin(), record.end());
     return true;
 }
 
-bool MeshPrimitiveBase::storeElement(const VertexElement& element, IndexRecord& record) {
-    if (element.semantic == POSITION) growBox(element);
-    const auto* const mapping = findMapping(element.semantic);
-    if (!mapping || !mapping->stream) return false;
-    Stream& stream = *mapping->stream;
-    const int tuple = stream.insertValue(element.size, element.values);
-
-    const int slot = getStreamMappingOffsetForSemantic(slotSemantic(element, stream));
-    if (slot < 0 || static_cast<std::size_t>(slot) >= record.size()) {
+bool MeshPrimitiveBase::storeElement(const VertexElement& element, Input& input,
+                                     IndexRecord& record) {
+    const int tuple = input.stream->insertValue(element.size, element.values);
+    if (input.slot == Input::unknownSlot) {
+        // Streams that keep duplicates share the VERTEX slot, where the last element written wins.
+        input.slot = getStreamMappingOffsetForSemantic(
+            input.stream->allowDuplicates ? VERTEX : element.semantic);
+    }
+    if (input.slot < 0 || static_cast<std::size_t>(input.slot) >= record.size()) {
         // The leading blank belongs to the text.
         logger_ << " [ERROR] Invalid stream mapping index for this vertex semantic.";
         return false;
     }
     if (tuple < 0) return false;
-    record[static_cast<std::size_t>(slot)] = static_cast<unsigned int>(tuple);
+    record[static_cast<std::size_t>(input.slot)] = static_cast<unsigned int>(tuple);
     return true;
-}
-
-void MeshPrimitiveBase::growBox(const VertexElement& position) {
-    const auto sample = makeSample(position.values, position.size);
-    lower(bvMin_, sample);
-    raise(bvMax_, sample);
 }
 
 }  // namespace vantorix::scene

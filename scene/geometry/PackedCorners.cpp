@@ -1,6 +1,5 @@
 #include "scene/geometry/PackedCorners.h"
 
-#include <algorithm>
 #include <cstring>
 #include <new>
 
@@ -12,8 +11,6 @@
 
 namespace vantorix::scene {
 namespace {
-
-constexpr unsigned int semanticBits = 4;
 
 using VertexBlock = std::array<Vertex, 3>;
 
@@ -47,24 +44,6 @@ private:
 };
 
 }  // namespace
-
-void PackedCorners::add(std::size_t corner, StreamSemantic semantic, const float* values,
-                        std::size_t size) {
-    std::uint32_t* const header = words() + ends_.back();
-    *header = static_cast<std::uint32_t>(semantic) | static_cast<std::uint32_t>(size)
-                                                         << semanticBits;
-    std::memcpy(header + 1, values, size * sizeof(float));
-    const auto end = ends_.back() + static_cast<std::uint32_t>(wordsFor(size));
-    std::fill(ends_.begin() + static_cast<std::ptrdiff_t>(corner), ends_.end(), end);
-}
-
-Eigen::Vector3f PackedCorners::position(std::size_t corner) const {
-    Eigen::Vector3f position = Eigen::Vector3f::Zero();
-    const auto value = findPosition(corner);
-    std::memcpy(position.data(), words() + value.start,
-                std::min<std::size_t>(value.size, 3) * sizeof(float));
-    return position;
-}
 
 bool PackedCorners::setPositions(const std::array<Eigen::Vector3f, 3>& positions) {
     for (std::size_t corner = 0; corner < positions.size(); ++corner) {

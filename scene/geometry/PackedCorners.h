@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 #include <Eigen/Core>
 #include <boost/shared_ptr.hpp>
@@ -27,10 +28,14 @@ public:
     PackedCorners() : ends_{} {}
 
     /// Corners are filled in ascending order, within the words that the maker has reserved.
-    void add(std::size_t corner, StreamSemantic semantic, const float* values, std::size_t size);
-
-    /// Missing components, and a missing position, count as 0.
-    Eigen::Vector3f position(std::size_t corner) const;
+    void add(std::size_t corner, StreamSemantic semantic, const float* values, std::size_t size) {
+        std::uint32_t* const header = words() + ends_[2];
+        *header = static_cast<std::uint32_t>(semantic) | static_cast<std::uint32_t>(size)
+                                                             << semanticBits;
+        std::memcpy(header + 1, values, size * sizeof(float));
+        const auto end = ends_[2] + static_cast<std::uint32_t>(wordsFor(size));
+        for (std::size_t i = corner; i < ends_.size(); ++i) ends_[i] = end;
+    }
 
     /// Overwrites three positions of three components; false, with nothing changed, when a corner
     /// has none or one of another size.
@@ -39,6 +44,8 @@ public:
     std::array<boost::shared_ptr<Vertex>, 3> makeVertices() const;
 
 private:
+    static constexpr unsigned int semanticBits = 4;
+
     struct Value {
         StreamSemantic semantic;
         std::size_t size;

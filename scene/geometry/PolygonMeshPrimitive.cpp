@@ -49,7 +49,7 @@ bool PolygonMeshPrimitive::addPolygon(boost::shared_ptr<Polygon> polygon, bool d
     if (!polygon) return false;
     const auto corners = polygon->getVertices();
     const auto start = static_cast<unsigned int>(indexStream_.size());
-    if (!appendFace(corners, deduplicate)) return false;
+    if (!appendFace({corners.data(), corners.size()}, deduplicate)) return false;
     const auto count = static_cast<unsigned int>(corners.size());
     polygonStream_.push_back(count);
     polygonStream_.push_back(start);

@@ -27,16 +27,17 @@ std::size_t scan(const FloatArray& values, std::size_t stride, const float* valu
     return TupleIndex::none;
 }
 
-/// @p value as it reads when its floats are appended to @p values one by one: a tuple that starts
-/// inside the array and runs past its end meets itself there. Empty when @p value is elsewhere.
-std::vector<float> overlappingTuple(const FloatArray& values, std::size_t stride,
-                                    const float* value) {
-    const float* const begin = values.data();
-    const float* const end = begin + values.size();
+bool liesIn(const FloatArray& values, const float* value) {
     const std::less<const float*> before;
-    if (before(value, begin) || !before(value, end)) return {};
-    std::vector<float> tuple(value,
-                             value + std::min(stride, static_cast<std::size_t>(end - value)));
+    return !before(value, values.data()) && before(value, values.data() + values.size());
+}
+
+/// A tuple that starts inside the array, as it reads when its floats are appended one by one: where
+/// it runs past the end, it meets itself.
+std::vector<float> copyFromInside(const FloatArray& values, std::size_t stride,
+                                  const float* value) {
+    const auto rest = static_cast<std::size_t>(values.data() + values.size() - value);
+    std::vector<float> tuple(value, value + std::min(stride, rest));
     for (std::size_t i = 0; tuple.size() < stride; ++i) tuple.push_back(tuple[i]);
     return tuple;
 }
@@ -78,12 +79,14 @@ boost::shared_ptr<Stream> Stream::clone() const {
 int Stream::insertValue(int tupleStride, const float* value) {
     if (tupleStride != stride || stride == 0 || !value) return -1;
     if (stride < 0) return appendTuple(nullptr);
-    const auto overlap = overlappingTuple(values, static_cast<std::size_t>(stride), value);
-    if (!overlap.empty()) value = overlap.data();
-    return allowDuplicates ? appendTuple(value) : insertDistinct(value);
+    if (liesIn(values, value)) {
+        return insert(copyFromInside(values, static_cast<std::size_t>(stride), value).data());
+    }
+    return insert(value);
 }
 
-int Stream::insertDistinct(const float* value) {
+int Stream::insert(const float* value) {
+    if (allowDuplicates) return appendTuple(value);
     const auto tupleSize = static_cast<std::size_t>(stride);
     if (!isIndexUseful()) {
         const auto tuple = scan(values, tupleSize, value);
@@ -106,9 +109,10 @@ int Stream::appendTuple(const float* value) {
 }
 
 bool Stream::isIndexUseful() const {
-    const auto tuples = values.size() / static_cast<std::size_t>(stride);
-    return tuples >= smallestIndexedCount && tuples < TupleIndex::mostTuples &&
-           TupleIndex::isUsableOn(values);
+    // Compared in floats: a division would cost as much as the search.
+    const auto tupleSize = static_cast<std::size_t>(stride);
+    return values.size() >= smallestIndexedCount * tupleSize &&
+           values.size() < TupleIndex::mostTuples * tupleSize && TupleIndex::isUsableOn(values);
 }
 
 }  // namespace vantorix::scene

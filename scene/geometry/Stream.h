@@ -47,7 +47,7 @@ public:
     std::vector<std::string> stringValues;
 
 private:
-    int insertDistinct(const float* value);
+    int insert(const float* value);
     int appendTuple(const float* value);
     bool isIndexUseful() const;
 

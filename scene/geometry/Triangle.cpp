@@ -72,13 +72,14 @@ Triangle::Triangle(boost::shared_ptr<Vertex> a, boost::shared_ptr<Vertex> b,
     updateCache();
 }
 
-Triangle::Triangle(PackedCorners& corners) : packed_(&corners) {
-    cachePositions({corners.position(0), corners.position(1), corners.position(2)});
+Triangle::Triangle(PackedCorners& corners, const std::array<Vector, 3>& positions)
+    : packed_(&corners) {
+    cachePositions(positions);
 }
 
 Triangle::Triangle(const Triangle& other)
     : IPrimitive(other),
-      vertices_(other.vertices()),
+      vertices_(other.getVertices()),
       packed_(nullptr),
       p1_(other.p1_),
       p2_(other.p2_),
@@ -88,7 +89,7 @@ Triangle::Triangle(const Triangle& other)
       edge3_(other.edge3_) {}
 
 Triangle& Triangle::operator=(const Triangle& other) {
-    vertices_ = other.vertices();
+    vertices_ = other.getVertices();
     packed_ = nullptr;
     p1_ = other.p1_;
     p2_ = other.p2_;
@@ -111,7 +112,7 @@ void Triangle::applyTransform(const Eigen::Matrix4f& matrix) {
                                              transformedPosition(matrix, p3_)};
         if (packed->setPositions(moved)) return cachePositions(moved);
     }
-    for (const auto& vertex : vertices()) {
+    for (const auto& vertex : getVertices()) {
         if (!vertex) continue;
         const Vector moved = transformedPosition(matrix, vertex->getPositionVector());
         vertex->setPosition(moved.x(), moved.y(), moved.z());
@@ -120,7 +121,7 @@ void Triangle::applyTransform(const Eigen::Matrix4f& matrix) {
 }
 
 std::vector<boost::shared_ptr<Vertex>> Triangle::getVertexArray() {
-    const auto& corners = vertices();
+    const auto& corners = getVertices();
     return {corners.begin(), corners.end()};
 }
 
@@ -158,21 +159,21 @@ bool Triangle::intersects(boost::shared_ptr<Ray> ray) {
 }
 
 boost::shared_ptr<Vertex> Triangle::getVertexAt(unsigned int index) const {
-    const auto& corners = vertices();
+    const auto& corners = getVertices();
     return index < corners.size() ? corners[index] : boost::shared_ptr<Vertex>();
 }
 
 void Triangle::print() const {
     std::cout << "Triangle:\n";
     unsigned int number = 0;
-    for (const auto& vertex : vertices()) {
+    for (const auto& vertex : getVertices()) {
         std::cout << " Vertex " << ++number << ": ";
         if (vertex) vertex->print();
     }
 }
 
 void Triangle::updateCache() {
-    const auto& corners = vertices();
+    const auto& corners = getVertices();
     cachePositions({positionOf(corners[0]), positionOf(corners[1]), positionOf(corners[2])});
 }
 
@@ -185,7 +186,7 @@ void Triangle::cachePositions(const std::array<Eigen::Vector3f, 3>& positions) {
     edge3_ = usableEdge(p3_, p2_);
 }
 
-const std::array<boost::shared_ptr<Vertex>, 3>& Triangle::vertices() const {
+const std::array<boost::shared_ptr<Vertex>, 3>& Triangle::getVertices() const {
     if (packed_.load(std::memory_order_acquire)) unpack();
     return vertices_;
 }

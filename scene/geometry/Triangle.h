@@ -51,6 +51,9 @@ public:
     /// Vertex 0, 1 or 2; an empty pointer otherwise.
     boost::shared_ptr<Vertex> getVertexAt(unsigned int index) const;
 
+    /// All three, for as long as the triangle stays as it is.
+    const std::array<boost::shared_ptr<Vertex>, 3>& getVertices() const;
+
     /// Writes "Triangle:", a line end, and the positions of the three vertices to standard output.
     void print() const;
 
@@ -61,9 +64,8 @@ protected:
 private:
     friend class FaceAssembler;
 
-    explicit Triangle(PackedCorners& corners);
+    Triangle(PackedCorners& corners, const std::array<Eigen::Vector3f, 3>& positions);
     void cachePositions(const std::array<Eigen::Vector3f, 3>& positions);
-    const std::array<boost::shared_ptr<Vertex>, 3>& vertices() const;
     void unpack() const;
 
     mutable std::array<boost::shared_ptr<Vertex>, 3> vertices_;

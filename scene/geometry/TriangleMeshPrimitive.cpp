@@ -27,7 +27,9 @@ TriangleMeshPrimitive::TriangleMeshPrimitive(boost::shared_ptr<Mesh> mesh,
 TriangleMeshPrimitive::~TriangleMeshPrimitive() = default;
 
 bool TriangleMeshPrimitive::addTriangle(boost::shared_ptr<Triangle> triangle, bool deduplicate) {
-    return triangle && appendFace(triangle->getVertexArray(), deduplicate);
+    if (!triangle) return false;
+    const auto& vertices = triangle->getVertices();
+    return appendFace({vertices.data(), vertices.size()}, deduplicate);
 }
 
 unsigned int TriangleMeshPrimitive::getCount() {

@@ -44,6 +44,7 @@ std::uint32_t hashOf(const float* floats, std::size_t count) {
 }
 
 bool isEqual(const float* left, const float* right, std::size_t count) {
+    if (count == 2) return readPair(left) == readPair(right);
     if (count == 3) {
         return readPair(left) == readPair(right) && readRest(left + 2, 1) == readRest(right + 2, 1);
     }
@@ -58,11 +59,9 @@ std::size_t powerOfTwoFrom(std::size_t minimum) {
 
 }  // namespace
 
-bool TupleIndex::isUsableOn(const FloatArray& values) { return !values.isExposed(); }
-
 std::size_t TupleIndex::find(FloatArray& values, std::size_t stride, const float* value) {
     if (!isUpToDate(values, stride)) readChanges(values, stride);
-    grow(1);
+    if (!hasRoomFor(1)) grow(1);
     missedHash_ = hashOf(value, stride);
     return search(values, value);
 }
@@ -83,7 +82,7 @@ void TupleIndex::readChanges(FloatArray& values, std::size_t stride) {
     stride_ = stride;
     indexed_ = std::min(indexed_, values.unchangedSize() / stride);
     const std::size_t tuples = values.size() / stride;
-    grow(tuples - indexed_);
+    if (!hasRoomFor(tuples - indexed_)) grow(tuples - indexed_);
     const float* const floats = static_cast<const FloatArray&>(values).data();
     while (indexed_ < tuples) {
         const float* const value = floats + indexed_ * stride;
@@ -104,19 +103,24 @@ void TupleIndex::markRead(FloatArray& values) {
 }
 
 std::size_t TupleIndex::search(const FloatArray& values, const float* value) {
+    const Entry* const entries = entries_.data();
+    const float* const floats = values.data();
     const std::size_t mask = entries_.size() - 1;
-    missedPlace_ = none;
-    for (std::size_t place = missedHash_ & mask;; place = (place + 1) & mask) {
-        const Entry& entry = entries_[place];
-        if (isDead(entry)) {
+    const std::size_t stride = stride_;
+    const std::uint32_t hash = missedHash_;
+    std::size_t dead = none;
+    for (std::size_t place = hash & mask;; place = (place + 1) & mask) {
+        const Entry entry = entries[place];
+        if (entry.hash == hash && !isDead(entry)) {
+            if (isEqual(floats + entry.tuple * stride, value, stride)) return entry.tuple;
+        } else if (isDead(entry)) {
             // The first dead entry is taken over: a value's lowest tuple is met first.
-            if (missedPlace_ == none) missedPlace_ = place;
-            if (entry.tuple == unused) return none;
-        } else if (entry.hash == missedHash_ &&
-                   isEqual(values.data() + entry.tuple * stride_, value, stride_)) {
-            return entry.tuple;
+            if (dead == none) dead = place;
+            if (entry.tuple == unused) break;
         }
     }
+    missedPlace_ = dead;
+    return none;
 }
 
 void TupleIndex::enter(std::size_t tuple) {
@@ -125,8 +129,11 @@ void TupleIndex::enter(std::size_t tuple) {
     indexed_ = tuple + 1;
 }
 
+bool TupleIndex::hasRoomFor(std::size_t additional) const {
+    return (used_ + additional) * 4 <= entries_.size() * 3;
+}
+
 void TupleIndex::grow(std::size_t additional) {
-    if ((used_ + additional) * 4 <= entries_.size() * 3) return;
     std::vector<Entry> old;
     old.swap(entries_);
     const auto dead = [this](const Entry& entry) { return isDead(entry); };

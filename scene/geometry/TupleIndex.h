@@ -5,9 +5,9 @@
 #include <limits>
 #include <vector>
 
-namespace vantorix::scene {
+#include "scene/geometry/FloatArray.h"
 
-class FloatArray;
+namespace vantorix::scene {
 
 /// Finds the lowest tuple of a float array that has given bytes.
 ///
@@ -21,7 +21,7 @@ public:
     static constexpr std::size_t mostTuples = std::numeric_limits<int>::max();
 
     /// Whether a search may trust what an earlier one has read: no reference for writing is valid.
-    static bool isUsableOn(const FloatArray& values);
+    static bool isUsableOn(const FloatArray& values) { return !values.isExposed(); }
 
     /// The lowest tuple with the bytes of @p value, or none; remembers its place for
     /// noteAppended().
@@ -42,6 +42,7 @@ private:
     void markRead(FloatArray& values);
     std::size_t search(const FloatArray& values, const float* value);
     void enter(std::size_t tuple);
+    bool hasRoomFor(std::size_t additional) const;
     void grow(std::size_t additional);
     void reinsert(Entry entry);
     bool isDead(const Entry& entry) const { return entry.tuple >= indexed_; }

@@ -49,10 +49,6 @@ boost::shared_ptr<VertexElement> Vertex::getElementBySemantic(StreamSemantic sem
     return {};
 }
 
-const std::vector<boost::shared_ptr<VertexElement>>& Vertex::getElements() const {
-    return elements_;
-}
-
 boost::shared_ptr<VertexElement> Vertex::getPosition() const {
     return getElementBySemantic(POSITION);
 }

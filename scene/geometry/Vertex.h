@@ -3,6 +3,7 @@
 #include <vector>
 
 #include <Eigen/Core>
+#include <boost/container/small_vector.hpp>
 #include <boost/shared_ptr.hpp>
 
 #include "scene/SceneExport.h"
@@ -18,6 +19,9 @@ struct VertexElement;
 /// Threads: not locked.
 class VANTORIX_SCENE_EXPORT Vertex {
 public:
+    /// As many as vertices usually have lie in the vertex itself.
+    using Elements = boost::container::small_vector<boost::shared_ptr<VertexElement>, 3>;
+
     Vertex();
     Vertex(const Vertex& other);
     Vertex& operator=(const Vertex& other);
@@ -31,7 +35,7 @@ public:
     /// An empty pointer outside the list.
     boost::shared_ptr<VertexElement> getElementAt(unsigned int index) const;
     boost::shared_ptr<VertexElement> getElementBySemantic(StreamSemantic semantic) const;
-    const std::vector<boost::shared_ptr<VertexElement>>& getElements() const;
+    const Elements& getElements() const { return elements_; }
 
     /// @name Elements by meaning: an empty pointer when the vertex has none
     /// @{
@@ -90,7 +94,7 @@ private:
     void setValues(StreamSemantic semantic, int size, const float* values);
     void setValues(StreamSemantic semantic, const std::vector<float>& values);
 
-    std::vector<boost::shared_ptr<VertexElement>> elements_;
+    Elements elements_;
 };
 
 }  // namespace vantorix::scene
