@@ -146,7 +146,7 @@ TEST_F(BuiltModel, MaterialsKeepTheirParametersInOrder) {
     EXPECT_EQ(result.images["wood.png"].path, file);
     ASSERT_TRUE(result.images["*0"].embedded);
     EXPECT_EQ(result.images["*0"].embedded->bytes.size(), 4u);
-    EXPECT_TRUE(result.report.getNotes().empty());
+    EXPECT_THAT(result.report.getNotes(), ElementsAre(HasSubstr("\"square_2\"")));
 }
 
 TEST_F(BuiltModel, CamerasAndLightsStandWhereTheFilePutsThem) {
