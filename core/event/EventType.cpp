@@ -67,7 +67,7 @@ std::size_t EventType::hashOf(const std::string& name) {
     std::uint64_t hash = name.size();
     std::size_t begin = 0;
     for (; begin + sizeof(hash) <= name.size(); begin += sizeof(hash)) {
-        std::uint64_t word;
+        std::uint64_t word = 0;
         std::memcpy(&word, name.data() + begin, sizeof(word));
         hash = mixed(hash ^ word);
     }
