@@ -1,0 +1,52 @@
+#include "apps/render/DefaultLighting.h"
+
+#include <algorithm>
+
+namespace vantorix::apps::render {
+namespace {
+
+constexpr float mostArriving = 1.5f;
+
+/// @p towards is given as the viewer sees it: x to the right, y up, z to the viewer.
+LightSource distantLight(const Viewpoint& viewpoint, const Eigen::Vector3d& towards, float power) {
+    LightSource light;
+    light.colour.setConstant(power);
+    const Eigen::Matrix3d turn = viewpoint.view.topLeftCorner<3, 3>();
+    light.position << turn.transpose() * towards.normalized(), 0.0;
+    return light;
+}
+
+float arriving(const LightSource& light, const Eigen::Vector3d& point) {
+    if (light.position.w() == 0.0) return light.colour.maxCoeff();
+    const auto range = static_cast<float>((light.position.head<3>() - point).norm());
+    const float fade = light.attenuation.dot(Eigen::Vector3f(1.0f, range, range * range));
+    return light.colour.maxCoeff() / std::max(fade, 1e-6f);
+}
+
+}  // namespace
+
+Lighting defaultLighting(const Viewpoint& viewpoint) {
+    Lighting lighting;
+    lighting.ambient.setConstant(0.1f);
+    lighting.sources.push_back(distantLight(viewpoint, {-0.5, 0.8, 0.7}, 0.8f));
+    lighting.sources.push_back(distantLight(viewpoint, {0.3, -0.1, 1.0}, 0.35f));
+    return lighting;
+}
+
+void helpByDefaultLight(const Viewpoint& viewpoint, Lighting& lighting) {
+    const Lighting help = defaultLighting(viewpoint);
+    lighting.ambient += help.ambient;
+    // In front: a shader takes only so many lights.
+    lighting.sources.insert(lighting.sources.begin(), help.sources.begin(), help.sources.end());
+}
+
+void limitExposure(const Eigen::Vector3d& point, Lighting& lighting) {
+    float sum = lighting.ambient.maxCoeff();
+    for (const auto& light : lighting.sources) sum += arriving(light, point);
+    if (!(sum > mostArriving)) return;
+    const float factor = mostArriving / sum;
+    lighting.ambient *= factor;
+    for (auto& light : lighting.sources) light.colour *= factor;
+}
+
+}  // namespace vantorix::apps::render

@@ -1,0 +1,89 @@
+#include "apps/render/ScenePainter.h"
+
+#include <algorithm>
+
+#include "apps/render/DrawList.h"
+#include "apps/render/TextureStore.h"
+#include "apps/render/VertexStore.h"
+
+namespace vantorix::apps::render {
+
+/// One item with all that decides when and how it is drawn.
+struct ScenePainter::Call {
+    const DrawItem* item;
+    SceneShader::Variant variant;
+    GLuint texture;
+    bool blended;
+    double depth;  ///< Of its node, in eye space: the farther, the smaller.
+};
+
+namespace {
+
+SceneShader::Variant variantFor(const TextureStore::Texture& texture) {
+    if (texture.name == 0) return SceneShader::PLAIN;
+    return texture.hasAlpha ? SceneShader::CUT_OUT : SceneShader::TEXTURED;
+}
+
+bool hasTransparentCorner(const Corners& corners) {
+    return std::any_of(corners.begin(), corners.end(),
+                       [](const Corner& corner) { return corner.colour[3] < 255; });
+}
+
+}  // namespace
+
+ScenePainter::ScenePainter() = default;
+
+ScenePainter::~ScenePainter() = default;
+
+void ScenePainter::paint(const DrawList& list, const Viewpoint& viewpoint, VertexStore& vertices,
+                         TextureStore& textures) {
+    glEnable(GL_DEPTH_TEST);
+    glBlendFunc(GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
+    glActiveTexture(GL_TEXTURE0);
+    current_ = nullptr;
+    for (const auto& call : plan(list, viewpoint, textures)) {
+        draw(call, viewpoint, list.lighting, vertices);
+    }
+}
+
+std::vector<ScenePainter::Call> ScenePainter::plan(const DrawList& list, const Viewpoint& viewpoint,
+                                                   TextureStore& textures) {
+    std::vector<Call> calls;
+    for (const auto& item : list.items) {
+        const auto texture = textures.get(item.surface.imageId);
+        const bool blended = item.surface.colour.w() < 1.0f || texture.hasAlpha ||
+                             hasTransparentCorner(*item.corners);
+        const double depth = (viewpoint.view * item.world.col(3)).z();
+        calls.push_back({&item, variantFor(texture), texture.name, blended, depth});
+    }
+    std::stable_sort(calls.begin(), calls.end(), [](const Call& a, const Call& b) {
+        if (a.blended != b.blended) return b.blended;
+        // Opaque items of one variant follow each other: changing the program costs most.
+        return a.blended ? a.depth < b.depth : a.variant < b.variant;
+    });
+    return calls;
+}
+
+void ScenePainter::draw(const Call& call, const Viewpoint& viewpoint, const Lighting& lighting,
+                        VertexStore& vertices) {
+    const auto& shader = shaderFor(call.variant, viewpoint, lighting);
+    shader.setWorld(viewpoint.view * call.item->world);
+    shader.setSurface(call.item->surface);
+    if (call.texture != 0) glBindTexture(GL_TEXTURE_2D, call.texture);
+    (call.blended ? glEnable : glDisable)(GL_BLEND);
+    // Glass must not hide what lies behind it; the pixels that a cut-out keeps must.
+    glDepthMask(!call.blended || call.variant == SceneShader::CUT_OUT ? GL_TRUE : GL_FALSE);
+    glBindVertexArray(vertices.get(call.item->corners));
+    glDrawArrays(GL_TRIANGLES, 0, static_cast<GLsizei>(call.item->corners->size()));
+}
+
+const SceneShader& ScenePainter::shaderFor(SceneShader::Variant variant, const Viewpoint& viewpoint,
+                                           const Lighting& lighting) {
+    auto& shader = shaders_[variant];
+    if (!shader) shader = std::make_unique<SceneShader>(variant);
+    if (current_ != shader.get()) shader->begin(viewpoint, lighting);
+    current_ = shader.get();
+    return *shader;
+}
+
+}  // namespace vantorix::apps::render
