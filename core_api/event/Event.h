@@ -1,0 +1,33 @@
+#pragma once
+
+#include <string>
+
+#include <boost/smart_ptr/shared_ptr.hpp>
+
+#include "core_api/CoreExport.h"
+#include "core_api/event/EventData.h"
+#include "core_api/event/EventType.h"
+
+namespace vantorix::core::event {
+
+/// One event: what happened, its payload and who sent it. Cheap to copy, never changes.
+class VANTORIX_CORE_EXPORT Event {
+public:
+    Event(EventType type, EventData data, std::string sender = std::string());
+    Event(const Event&) = default;
+    Event(Event&&) = default;
+    Event& operator=(const Event&) = default;
+    Event& operator=(Event&&) = default;
+    virtual ~Event() = default;
+
+    virtual EventData getEventData() const { return data_; }
+    const EventType& getEventType() const { return type_; }
+    const std::string& getSender() const;
+
+private:
+    EventType type_;
+    EventData data_;
+    boost::shared_ptr<const std::string> sender_;  // Empty for the empty sender.
+};
+
+}  // namespace vantorix::core::event

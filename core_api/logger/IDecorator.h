@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+
+#include "core_api/CoreExport.h"
+
+namespace vantorix::core::logger {
+
+/// Turns a message into the line that a writer writes.
+class VANTORIX_CORE_EXPORT IDecorator {
+public:
+    virtual std::string decorate(std::string line) = 0;
+    virtual ~IDecorator();
+};
+
+}  // namespace vantorix::core::logger

@@ -1,0 +1,96 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include <Eigen/Core>
+#include <boost/shared_ptr.hpp>
+#include <boost/weak_ptr.hpp>
+
+#include "core_api/logger/Logger.h"
+
+#include "scene/SceneExport.h"
+#include "scene/geometry/IMeshPrimitive.h"
+#include "scene/geometry/StreamMapping.h"
+
+namespace vantorix::scene {
+
+class Stream;
+class Vertex;
+struct VertexElement;
+
+/// What triangle and polygon primitives share: mappings, index records, box, material symbol, and
+/// the rules by which a semantic finds its stream, in the primitive's own mappings first and then
+/// in the vertices mappings of the mesh.
+///
+/// Ownership: keeps its mesh alive until it is added to that mesh's list, then refers back weakly.
+/// Once the mesh is gone the primitive can still be read, without what the mesh held.
+/// Threads: not locked.
+class VANTORIX_SCENE_EXPORT MeshPrimitiveBase : public IMeshPrimitive {
+public:
+    MeshPrimitiveBase(const MeshPrimitiveBase&) = delete;
+    MeshPrimitiveBase& operator=(const MeshPrimitiveBase&) = delete;
+
+    const std::vector<unsigned int>& getIndexStream() const override;
+    int getIndexStreamStride() override;
+    const std::vector<StreamMapping>& getStreamMapping() const override;
+    Type getType() override;
+    /// The box of the corners; inverted (minimum 3.4028235e38) while there are none.
+    core::utils::Vector<float, 3> getBVMin() override;
+    core::utils::Vector<float, 3> getBVMax() override;
+    Eigen::Vector3f getBVCenter() override;
+    void setMaterialSymbol(const std::string& symbol) override;
+    /// "vantorix_material" until it is set.
+    std::string getMaterialSymbol() override;
+    ~MeshPrimitiveBase() override;
+
+protected:
+    using Corners = std::vector<boost::shared_ptr<Vertex>>;
+
+    /// @throws std::out_of_range when a corner's position has more than three components.
+    MeshPrimitiveBase(boost::shared_ptr<Mesh> mesh, const std::vector<StreamMapping>& mappings);
+    MeshPrimitiveBase(boost::shared_ptr<Mesh> mesh, const std::vector<StreamMapping>& mappings,
+                      const std::vector<unsigned int>& indexStream);
+
+    void initLogger();
+    int calculateIndexStreamStride() const;
+    void calculateMinMax();
+
+    /// @name From a semantic to its stream, list index and offset
+    /// @{
+    boost::shared_ptr<Stream> getStreamBySemantic(StreamSemantic semantic) const;
+    /// The list index of the mapping, or of the VERTEX mapping when the mesh's vertices hold the
+    /// semantic; -1 otherwise, with a log line when there is no VERTEX mapping.
+    int getStreamMappingIndexForSemantic(StreamSemantic semantic);
+    /// The same walk, with the offset of that mapping as the answer.
+    int getStreamMappingOffsetForSemantic(StreamSemantic semantic);
+    /// @}
+
+    /// Creates the stream and mappings that @p element needs, where they are missing.
+    /// @return the element's stream; empty for an empty element and for a new position, whose
+    ///         stream is then found by its semantic.
+    boost::shared_ptr<Stream> validateStreamStateForVertexElement(
+        boost::shared_ptr<VertexElement> element, bool deduplicate);
+
+    /// Stores the values of all corners and appends one record per corner. On failure the records
+    /// and values of earlier corners stay.
+    bool appendFace(const Corners& corners, bool deduplicate);
+
+    /// The mesh, or null once it is gone. Valid while the caller holds the mesh.
+    Mesh* getLivingMesh() const;
+    /// Floats of records that exist in the index stream from @p recordStart on may be read at
+    /// @p position only when this holds.
+    bool isInRecord(std::size_t recordStart, std::size_t position, std::size_t stride) const;
+
+    core::logger::Logger logger_;
+    boost::weak_ptr<Mesh> mesh_;
+    std::vector<StreamMapping> streamMappings_;
+    std::vector<unsigned int> indexStream_;
+    Type type_;
+
+private:
+    friend class Mesh;
+};
+
+}  // namespace vantorix::scene

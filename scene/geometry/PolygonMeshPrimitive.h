@@ -1,0 +1,56 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include <boost/shared_ptr.hpp>
+
+#include "scene/SceneExport.h"
+#include "scene/geometry/MeshPrimitiveBase.h"
+
+namespace vantorix::scene {
+
+class Polygon;
+class Vertex;
+
+/// A list of polygons, one index record per corner. Polygons are stored, but read back without
+/// values: callers that need them read the streams.
+class VANTORIX_SCENE_EXPORT PolygonMeshPrimitive : public MeshPrimitiveBase {
+public:
+    PolygonMeshPrimitive(boost::shared_ptr<Mesh> mesh, const std::vector<StreamMapping>& mappings);
+    /// @param polygonStream two values per polygon: corner count, and the position in
+    ///        @p indexStream (in indices, not records) where its first record starts.
+    PolygonMeshPrimitive(boost::shared_ptr<Mesh> mesh, const std::vector<StreamMapping>& mappings,
+                         const std::vector<unsigned int>& indexStream,
+                         const std::vector<unsigned int>& polygonStream);
+
+    unsigned int getCount() override;
+    boost::shared_ptr<IPrimitive> getPrimitiveAt(unsigned int index) override;
+    std::vector<boost::shared_ptr<IPrimitive>> getPrimitives() override;
+    /// Writes "Implement me PolygonMeshPrimitive::print()".
+    void print() override;
+    /// Writes "PolygonMeshPrimitive::recalculateVertexNormals(): Implement me!".
+    void recalculateVertexNormals() override;
+    boost::shared_ptr<IMeshPrimitive> clone(boost::shared_ptr<Mesh> newMesh) override;
+    ~PolygonMeshPrimitive() override;
+
+    /// Deliberate: polygons given to the constructor count with their corners after fan
+    /// triangulation, 3 * (corners - 2); polygons that are added count with their corners.
+    virtual int getTotalVertexCount();
+    virtual const std::vector<unsigned int>& getPolygonStream() const;
+
+    /// As TriangleMeshPrimitive::addTriangle, for all corners of @p polygon.
+    bool addPolygon(boost::shared_ptr<Polygon> polygon, bool deduplicate);
+
+    /// A new polygon whose vertices have no elements; an empty pointer for an @p index above twice
+    /// the length of the polygon stream, an empty polygon from getCount() up to there.
+    boost::shared_ptr<Polygon> getPolygonAt(unsigned int index);
+
+private:
+    boost::shared_ptr<Vertex> assembleVertex() const;
+
+    std::vector<unsigned int> polygonStream_;
+    int totalVertexCount_;
+};
+
+}  // namespace vantorix::scene

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include <boost/shared_ptr.hpp>
+
+#include "scene/SceneExport.h"
+#include "scene/geometry/MeshPrimitiveBase.h"
+
+namespace vantorix::scene {
+
+class Triangle;
+
+/// A list of triangles, three index records each.
+class VANTORIX_SCENE_EXPORT TriangleMeshPrimitive : public MeshPrimitiveBase {
+public:
+    TriangleMeshPrimitive(boost::shared_ptr<Mesh> mesh, const std::vector<StreamMapping>& mappings);
+    TriangleMeshPrimitive(boost::shared_ptr<Mesh> mesh, const std::vector<StreamMapping>& mappings,
+                          const std::vector<unsigned int>& indexStream);
+
+    unsigned int getCount() override;
+    boost::shared_ptr<IPrimitive> getPrimitiveAt(unsigned int index) override;
+    std::vector<boost::shared_ptr<IPrimitive>> getPrimitives() override;
+    /// Writes "Implement me TriangleMeshPrimitive::print()".
+    void print() override;
+
+    /// Replaces the normals by smooth ones, one per position: the normalised sum of the normals of
+    /// the faces around it, each weighted with the sine of its angle at its first corner.
+    /// A position without faces gets a non-finite normal. They are stored in the stream of the
+    /// mesh's NORMAL vertices mapping; where there is none, in a new stream in place of the
+    /// primitive's own normals; where there are none either, in "VT_Calculated_Normals".
+    /// Does nothing without positions.
+    void recalculateVertexNormals() override;
+
+    boost::shared_ptr<IMeshPrimitive> clone(boost::shared_ptr<Mesh> newMesh) override;
+    ~TriangleMeshPrimitive() override;
+
+    /// Stores the elements of the three vertices in the streams of their semantics, which are
+    /// created where they are missing, and appends three index records. New streams reuse equal
+    /// values when @p deduplicate is set.
+    /// Deliberate: there is no rollback, a failed call may leave records and values behind; and
+    /// the index of a value in a stream that keeps duplicates goes to the slot of VERTEX.
+    /// @return false for an empty triangle or vertex, a value whose size is not the stride of its
+    ///         stream, and a semantic without a slot (logged).
+    /// @throws std::out_of_range for a position of more than three components.
+    bool addTriangle(boost::shared_ptr<Triangle> triangle, bool deduplicate);
+
+    /// A new triangle with new vertices; an empty pointer past the end.
+    boost::shared_ptr<Triangle> getTriangleAt(unsigned int index);
+};
+
+}  // namespace vantorix::scene

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <string>
+
+#include "scene/SceneExport.h"
+
+namespace vantorix::scene {
+
+/// A shader file by name. The file is never opened.
+class VANTORIX_SCENE_EXPORT Effect {
+public:
+    /// Mind the order: the file name comes before the display name.
+    Effect(std::string id, std::string fileName, std::string name);
+
+    const std::string& getID() const;
+    const std::string& getName() const;
+    const std::string& getFilename() const;
+
+    void setID(const std::string& id);
+    void setName(const std::string& name);
+    void setFileName(const std::string& fileName);
+
+private:
+    std::string id_;
+    std::string name_;
+    std::string fileName_;
+};
+
+}  // namespace vantorix::scene

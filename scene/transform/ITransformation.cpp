@@ -1,0 +1,7 @@
+#include "scene/transform/ITransformation.h"
+
+namespace vantorix::scene {
+
+ITransformation::~ITransformation() = default;
+
+}  // namespace vantorix::scene
