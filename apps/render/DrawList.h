@@ -25,12 +25,22 @@ using Corners = std::vector<Corner>;
 
 /// How the triangles of one item look. Colours as they are written, not linear.
 struct Surface {
+    /// What the opacity of the texture does.
+    enum Alpha {
+        BLENDED,  ///< Lets through what lies behind.
+        IGNORED,
+        CUT  ///< Below the cutoff there is no surface, above it an opaque one.
+    };
+
     Eigen::Vector4f colour{0.8f, 0.8f, 0.8f, 1.0f};  ///< Red, green, blue, opacity.
     Eigen::Vector3f emission{0.0f, 0.0f, 0.0f};
     Eigen::Vector3f specular{0.0f, 0.0f, 0.0f};
     float shininess = 20.0f;
     std::string imageId;  ///< Empty: no texture.
-    bool unlit = false;   ///< The colour is shown as it is.
+    int texCoordSet = 0;
+    Alpha alpha = BLENDED;
+    float alphaCutoff = 0.5f;
+    bool unlit = false;  ///< The colour is shown as it is.
 };
 
 struct DrawItem {

@@ -19,13 +19,16 @@ struct ScenePainter::Call {
 
 namespace {
 
-SceneShader::Variant variantFor(const TextureStore::Texture& texture) {
+SceneShader::Variant variantFor(const TextureStore::Texture& texture, const Surface& surface) {
     if (texture.name == 0) return SceneShader::PLAIN;
-    return texture.hasAlpha ? SceneShader::CUT_OUT : SceneShader::TEXTURED;
+    const bool usesAlpha = texture.hasAlpha && surface.alpha != Surface::IGNORED;
+    return usesAlpha ? SceneShader::CUT_OUT : SceneShader::TEXTURED;
 }
 
-bool hasTransparentCorner(const Corners& corners) {
-    return std::any_of(corners.begin(), corners.end(),
+bool isBlended(SceneShader::Variant variant, const DrawItem& item) {
+    if (item.surface.colour.w() < 1.0f) return true;
+    if (variant == SceneShader::CUT_OUT && item.surface.alpha == Surface::BLENDED) return true;
+    return std::any_of(item.corners->begin(), item.corners->end(),
                        [](const Corner& corner) { return corner.colour[3] < 255; });
 }
 
@@ -51,10 +54,9 @@ std::vector<ScenePainter::Call> ScenePainter::plan(const DrawList& list, const V
     std::vector<Call> calls;
     for (const auto& item : list.items) {
         const auto texture = textures.get(item.surface.imageId);
-        const bool blended = item.surface.colour.w() < 1.0f || texture.hasAlpha ||
-                             hasTransparentCorner(*item.corners);
+        const auto variant = variantFor(texture, item.surface);
         const double depth = (viewpoint.view * item.world.col(3)).z();
-        calls.push_back({&item, variantFor(texture), texture.name, blended, depth});
+        calls.push_back({&item, variant, texture.name, isBlended(variant, item), depth});
     }
     std::stable_sort(calls.begin(), calls.end(), [](const Call& a, const Call& b) {
         if (a.blended != b.blended) return b.blended;

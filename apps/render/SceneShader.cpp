@@ -52,18 +52,20 @@ uniform vec4 lightPosition[8];     // w = 0: direction to the light
 uniform vec4 lightDirection[8];    // w: cosine of half the cone
 uniform vec4 lightColour[8];       // w: exponent of the cone
 uniform vec4 lightAttenuation[8];  // constant, linear, quadratic
-#ifdef TEXTURED
+uniform vec2 cutoff;               // least opacity shown, least opacity of what is shown
 uniform sampler2D surfaceTexture;
-#endif
 out vec4 pixel;
 
 void main() {
     vec4 base = surfaceColour * vertexColour;
 #ifdef TEXTURED
-    base *= texture(surfaceTexture, surfaceTexCoord);
-#endif
+    vec4 texel = texture(surfaceTexture, surfaceTexCoord);
+    base.rgb *= texel.rgb;
 #ifdef CUT_OUT
-    if (base.a < 0.05) discard;
+    base.a *= texel.a;
+    if (base.a < cutoff.x) discard;
+    base.a = max(base.a, cutoff.y);
+#endif
 #endif
     vec3 toEye = orthographic ? vec3(0.0, 0.0, 1.0) : normalize(-eyePosition);
     vec3 normal = normalize(eyeNormal);
@@ -90,6 +92,9 @@ void main() {
     pixel = vec4(shown * base.a, base.a);
 }
 )";
+
+/// Blended pixels below this opacity are dropped, so that they hide nothing.
+constexpr float faintest = 0.02f;
 
 std::string fragmentSourceOf(SceneShader::Variant variant) {
     std::string source = "#version 330 core\n";
@@ -121,6 +126,7 @@ SceneShader::SceneShader(Variant variant)
       colour_(program_.uniform("surfaceColour")),
       emission_(program_.uniform("emission")),
       specular_(program_.uniform("specular")),
+      cutoff_(program_.uniform("cutoff")),
       unlit_(program_.uniform("unlit")) {}
 
 void SceneShader::begin(const Viewpoint& viewpoint, const Lighting& lighting) const {
@@ -168,6 +174,8 @@ void SceneShader::setSurface(const Surface& surface) const {
     glUniform3fv(emission_, 1, surface.emission.data());
     glUniform4f(specular_, surface.specular.x(), surface.specular.y(), surface.specular.z(),
                 surface.shininess);
+    const bool cut = surface.alpha == Surface::CUT;
+    glUniform2f(cutoff_, cut ? surface.alphaCutoff : faintest, cut ? 1.0f : 0.0f);
     glUniform1i(unlit_, surface.unlit);
 }
 

@@ -15,7 +15,9 @@ struct Viewpoint;
 class SceneShader {
 public:
     /// What a variant does beyond lighting a plain colour. Fewer features compile and run faster.
-    enum Variant { PLAIN, TEXTURED, CUT_OUT };  // CUT_OUT also drops pixels that are transparent.
+    /// TEXTURED takes only the colour of the texture; CUT_OUT its opacity, too, and drops pixels
+    /// that are transparent.
+    enum Variant { PLAIN, TEXTURED, CUT_OUT };
     static constexpr int variantCount = 3;
     static constexpr int mostLights = 8;
 
@@ -38,6 +40,7 @@ private:
     GLint colour_;
     GLint emission_;
     GLint specular_;
+    GLint cutoff_;
     GLint unlit_;
 };
 
