@@ -1,0 +1,55 @@
+#include "scene/graph/LayerManager.h"
+
+#include "scene/graph/LogFile.h"
+
+namespace vantorix::scene {
+
+LayerManager::LayerManager() {
+    writeToFile(logger_, "SceneManager.log");
+    for (const auto* name :
+         {"hidden", "visible", "selected", "cast_shadow", "transparent", "post_render"}) {
+        addLayer(name);
+    }
+}
+
+LayerManager::~LayerManager() = default;
+
+int LayerManager::addLayer(std::string name) {
+    const auto added = layers_.emplace(std::move(name), nextLayerID_);
+    if (added.second) ++nextLayerID_;
+    return added.first->second;
+}
+
+int LayerManager::getLayerID(std::string name) { return addLayer(std::move(name)); }
+
+std::string LayerManager::getLayerName(int id) {
+    for (const auto& [name, layer] : layers_) {
+        if (layer == id) return name;
+    }
+    return {};
+}
+
+std::map<int, int> LayerManager::mergeLayers(boost::shared_ptr<LayerManager> other,
+                                             bool discardRepeated) {
+    std::map<int, int> translation;
+    if (!other) return translation;
+    const auto incoming = other->layers_;  // A copy: the other table may be this one.
+    for (const auto& [name, otherID] : incoming) {
+        const auto existing = layers_.find(name);
+        if (existing == layers_.end()) {
+            const int added = addLayer(name);
+            logger_ << "[INFO] Added new layer " + name + " with ID: " + std::to_string(added);
+        } else if (discardRepeated) {
+            logger_ << "[INFO] Found repeated Layer ID: " + name + " and discarded it.";
+            if (otherID != existing->second) translation.emplace(otherID, existing->second);
+        } else {
+            const auto newName = name + "__renamed__";
+            layers_.emplace(newName, nextLayerID_);  // A taken name keeps its ID; ours is used up.
+            translation.emplace(otherID, nextLayerID_++);
+            logger_ << "[INFO] Found repeated Layer ID. Renamed " + name + " to " + newName;
+        }
+    }
+    return translation;
+}
+
+}  // namespace vantorix::scene

@@ -1,0 +1,172 @@
+#include "scene/graph/Node.h"
+
+#include <atomic>
+#include <stdexcept>
+#include <utility>
+
+#include "core_api/event/Event.h"
+#include "core_api/event/EventData.h"
+#include "core_api/event/EventManager.h"
+
+#include "scene/graph/ChildRow.h"
+#include "scene/graph/NodeExtras.h"
+#include "scene/graph/NodeIndex.h"
+#include "scene/graph/NodeWalk.h"
+#include "scene/graph/SceneEvents.h"
+#include "scene/graph/SceneManager.h"
+
+namespace vantorix::scene {
+Node::Node(boost::shared_ptr<SceneManager> sceneManager)
+    : id_(generateID()), sceneManager_(sceneManager), scenePointer_(sceneManager.get()) {}
+
+Node::~Node() {
+    forgetDependents();
+    unlinkFromParent();
+    releaseChildren();
+}
+
+std::string Node::generateID() {
+    static std::atomic<unsigned int> next{0};
+    return "Node" + std::to_string(next++);
+}
+
+void Node::setID(std::string id) {
+    auto* const scene = liveScene();
+    const bool listed = scene && scene->nodeIndex_->lists(*this);
+    if (listed) scene->nodeIndex_->beforeRename(*this, true);
+    id_ = std::move(id);
+    if (listed) scene->nodeIndex_->afterRename(*this, true);
+    if (scene) scene->addID(id_);
+}
+
+void Node::setName(std::string name) {
+    auto* const scene = liveScene();
+    const bool listed = scene && scene->nodeIndex_->lists(*this);
+    if (listed) scene->nodeIndex_->beforeRename(*this, false);
+    name_ = std::move(name);
+    if (listed) scene->nodeIndex_->afterRename(*this, false);
+}
+
+void Node::addNode(boost::shared_ptr<Node> child) {
+    auto* const scene = liveScene();
+    if (!child || !scene || wouldCloseCircle(*child)) return;
+    if (!children_) children_ = std::make_unique<ChildRow>();
+    child->ticket_ = children_->append(child);
+    ++child->attachments_;
+    child->forgetWorldMatrix();
+    child->unlinkFromParent();
+    child->parent_ = weak_from_this();
+    child->parentPointer_ = this;
+    if (scene->nodeIndex_->lists(*this)) scene->nodeIndex_->attached(*child);
+    announceNewChild(*child);
+}
+
+void Node::announceNewChild(Node& child) {
+    if (!isAnythingHeard()) return;
+    const auto self = weak_from_this().lock();
+    child.triggerTransformationUpdate();
+    if (isHeard(events::nodeNewChild)) {
+        dispatch(events::nodeNewChild, core::event::EventData(id_ + "," + child.id_));
+    }
+    triggerTopologyUpdate();
+}
+
+void Node::removeChild(boost::shared_ptr<Node> child) {
+    if (!child) return;
+    const auto slot = slotOf(*child);
+    if (slot == ChildRow::npos) {
+        triggerTopologyUpdate();
+        return;
+    }
+    const auto removed = children_->take(slot);
+    --child->attachments_;
+    auto* const scene = liveScene();
+    if (scene && scene->nodeIndex_->lists(*this)) scene->nodeIndex_->detached(*child);
+}
+
+std::size_t Node::slotOf(const Node& child) const {
+    if (!children_) return ChildRow::npos;
+    if (child.attachments_ == 1) {
+        const auto slot = children_->findTicket(&child, child.ticket_);
+        if (slot != ChildRow::npos) return slot;
+    }
+    return child.attachments_ == 0 ? ChildRow::npos : children_->findFirst(&child);
+}
+
+unsigned int Node::getChildCount() const {
+    return children_ ? static_cast<unsigned int>(children_->size()) : 0u;
+}
+
+boost::shared_ptr<Node> Node::getChildNode(unsigned int index) const {
+    if (index >= getChildCount()) throw std::out_of_range("invalid vector<T> subscript");
+    return children_->at(index);
+}
+
+// A deep tree is taken down in the outermost destructor's loop, not in as many nested calls.
+void Node::releaseChildren() {
+    static thread_local std::vector<boost::shared_ptr<Node>>* waiting = nullptr;
+    if (!children_) return;
+    for (auto slot = children_->nextSlot(0); slot != ChildRow::npos;
+         slot = children_->nextSlot(slot + 1)) {
+        --children_->inSlot(slot)->attachments_;
+    }
+    if (waiting) return children_->moveTo(*waiting);
+    std::vector<boost::shared_ptr<Node>> queue;
+    waiting = &queue;
+    children_->moveTo(queue);
+    while (!queue.empty()) {
+        const auto released = std::move(queue.back());
+        queue.pop_back();
+    }
+    waiting = nullptr;
+}
+
+// The only node whose row holds this one, null when there is none or it cannot be told.
+const Node* Node::soleContainer() const {
+    const Node* const parent = attachments_ == 1 ? liveParent() : nullptr;
+    return parent && parent->slotOf(*this) != ChildRow::npos ? parent : nullptr;
+}
+
+// Searches upwards from this node and downwards from the child in turn: the cost is that of the
+// shorter way, so that trees may grow at their leaves and at their root alike.
+bool Node::wouldCloseCircle(const Node& child) const {
+    if (&child == this) return true;
+    if (child.getChildCount() == 0 || attachments_ == 0) return false;
+    const Node* above = this;
+    NodeWalk below(const_cast<Node&>(child), NodeWalk::SKIP_REPEATS);
+    while (const Node* const node = below.next()) {
+        if (node == this) return true;
+        if (!above) continue;
+        if (above->attachments_ == 0) return false;
+        above = above->soleContainer();
+        if (above == &child) return true;
+    }
+    return false;
+}
+
+bool Node::isHeard(const core::event::EventType& type) const {
+    const auto* const scene = liveScene();
+    const auto* const manager = scene ? scene->peekEventManager() : nullptr;
+    return manager && manager->isHeard(type);
+}
+
+bool Node::isAnythingHeard() const {
+    return isHeard(events::nodeTransformationUpdate) || isHeard(events::sceneUpdate) ||
+           isHeard(events::nodeNewChild) || isHeard(events::sceneTopologyUpdate);
+}
+
+// The node, its scene and the event manager outlive the handlers, whatever these release.
+void Node::dispatch(const core::event::EventType& type, core::event::EventData data) const {
+    const auto self = weak_from_this().lock();
+    const auto scene = sceneManager_.lock();
+    const auto manager = scene ? scene->getEventManager() : nullptr;
+    if (manager) manager->triggerEvent(core::event::Event(type, std::move(data), std::string()));
+}
+
+void Node::sendEmpty(const core::event::EventType& type) const {
+    if (isHeard(type)) dispatch(type, core::event::EventData(std::string()));
+}
+
+void Node::triggerTopologyUpdate() { sendEmpty(events::sceneTopologyUpdate); }
+
+}  // namespace vantorix::scene

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <Eigen/Core>
+
+namespace vantorix::scene {
+
+class Node;
+
+/// World-space box around everything that a sub-tree shows, (0,0,0)-(0,0,0) when it shows nothing.
+class NodeBounds {
+public:
+    explicit NodeBounds(const Node& top);
+
+    const Eigen::Vector3f& min() const { return min_; }
+    const Eigen::Vector3f& max() const { return max_; }
+
+private:
+    void addGeometriesOf(const Node& node);
+    void addBox(const Eigen::Matrix4f& world, const Eigen::Vector3f& low,
+                const Eigen::Vector3f& high);
+    void addPoint(const Eigen::Vector3f& point);
+
+    Eigen::Vector3f min_ = Eigen::Vector3f::Zero();
+    Eigen::Vector3f max_ = Eigen::Vector3f::Zero();
+    bool empty_ = true;
+};
+
+}  // namespace vantorix::scene

@@ -1,0 +1,109 @@
+#include "scene/graph/NodeIndex.h"
+
+#include <atomic>
+
+#include "scene/graph/Node.h"
+#include "scene/graph/NodeWalk.h"
+
+namespace vantorix::scene {
+namespace {
+
+// Generations are unique in the process: no node can carry one of another index by chance.
+std::uint64_t nextGeneration() {
+    static std::atomic<std::uint64_t> last{0};
+    return ++last;
+}
+
+Node* search(Node& root, const std::string& text, NodeTable::TextOf textOf) {
+    NodeWalk walk(root, NodeWalk::SKIP_REPEATS);
+    for (Node* node = walk.next(); node; node = walk.next()) {
+        if (textOf(*node) == text) return node;
+    }
+    return nullptr;
+}
+
+}  // namespace
+
+NodeIndex::NodeIndex(const SceneManager* scene)
+    : scene_(scene),
+      generation_(nextGeneration()),
+      ids_{NodeTable([](const Node& node) -> const std::string& { return node.id_; }), false},
+      names_{NodeTable([](const Node& node) -> const std::string& { return node.name_; }), false} {}
+
+Node* NodeIndex::findByID(Node& root, const std::string& id) { return find(ids_, root, id); }
+
+Node* NodeIndex::findByName(Node& root, const std::string& name) {
+    return find(names_, root, name);
+}
+
+bool NodeIndex::lists(const Node& node) const { return node.indexGeneration_ == generation_; }
+
+Node* NodeIndex::find(View& view, Node& root, const std::string& text) {
+    if (!view.built && !build(view, root)) return search(root, text, view.table.textOf());
+    Node* node = nullptr;
+    if (view.table.find(text, node) == NodeTable::SEVERAL) {
+        node = search(root, text, view.table.textOf());
+        view.table.rememberFirst(text, node);
+    }
+    return node;
+}
+
+bool NodeIndex::build(View& view, Node& root) {
+    NodeWalk walk(root, NodeWalk::SKIP_REPEATS);
+    for (Node* node = walk.next(); node; node = walk.next()) {
+        if (node->liveScene() != scene_) {
+            drop();
+            return false;
+        }
+        node->indexGeneration_ = generation_;
+        view.table.insert(node);
+    }
+    view.built = true;
+    return true;
+}
+
+void NodeIndex::attached(Node& child) {
+    if (lists(child)) return;  // It hangs in the tree already, and so does all below it.
+    NodeWalk walk(child, NodeWalk::SKIP_REPEATS);
+    for (Node* node = walk.next(); node; node = walk.next()) {
+        if (!list(*node)) return drop();
+    }
+}
+
+bool NodeIndex::list(Node& node) {
+    if (node.liveScene() != scene_) return false;
+    if (lists(node)) return true;
+    node.indexGeneration_ = generation_;
+    if (ids_.built) ids_.table.insert(&node);
+    if (names_.built) names_.table.insert(&node);
+    return true;
+}
+
+void NodeIndex::detached(Node& child) {
+    if (child.attachments_ > 0) return drop();  // It may still hang elsewhere in the tree.
+    NodeWalk walk(child, NodeWalk::SKIP_REPEATS);
+    for (Node* node = walk.next(); node; node = walk.next()) {
+        if (node->attachments_ > 1) return drop();
+        if (ids_.built) ids_.table.erase(node);
+        if (names_.built) names_.table.erase(node);
+        node->indexGeneration_ = 0;
+    }
+}
+
+void NodeIndex::beforeRename(Node& node, bool isID) {
+    if (viewOf(isID).built) viewOf(isID).table.erase(&node);
+}
+
+void NodeIndex::afterRename(Node& node, bool isID) {
+    if (viewOf(isID).built) viewOf(isID).table.insert(&node);
+}
+
+void NodeIndex::drop() {
+    generation_ = nextGeneration();
+    for (auto* view : {&ids_, &names_}) {
+        view->table.clear();
+        view->built = false;
+    }
+}
+
+}  // namespace vantorix::scene

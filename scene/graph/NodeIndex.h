@@ -1,0 +1,55 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "scene/graph/NodeTable.h"
+
+namespace vantorix::scene {
+
+class Node;
+class SceneManager;
+
+/// Answers look-ups by ID and by name in one scene's tree as a depth-first search from the root
+/// would, without one where it can.
+///
+/// Made on demand by the first look-up and then kept up to date by the nodes themselves. A node is
+/// listed while it carries the index's generation number: throwing the index away is a new number.
+/// A tree that holds nodes of other scenes, whose renames would pass unnoticed, is searched.
+class NodeIndex {
+public:
+    explicit NodeIndex(const SceneManager* scene);
+
+    Node* findByID(Node& root, const std::string& id);
+    Node* findByName(Node& root, const std::string& name);
+
+    bool lists(const Node& node) const;
+
+    /// To be called after @p child was attached to a listed parent.
+    void attached(Node& child);
+    /// To be called after @p child lost one of its attachments to a listed parent.
+    void detached(Node& child);
+    /// To be called for a listed node around the change of its text.
+    void beforeRename(Node& node, bool isID);
+    void afterRename(Node& node, bool isID);
+
+    void drop();
+
+private:
+    struct View {
+        NodeTable table;
+        bool built;
+    };
+
+    Node* find(View& view, Node& root, const std::string& text);
+    bool build(View& view, Node& root);
+    bool list(Node& node);
+    View& viewOf(bool isID) { return isID ? ids_ : names_; }
+
+    const SceneManager* scene_;
+    std::uint64_t generation_;
+    View ids_;
+    View names_;
+};
+
+}  // namespace vantorix::scene

@@ -1,0 +1,115 @@
+#include "scene/graph/NodeTable.h"
+
+#include <functional>
+
+namespace vantorix::scene {
+
+NodeTable::Answer NodeTable::find(const std::string& text, Node*& node) const {
+    if (!shared_.empty()) {
+        const auto found = shared_.find(text);
+        if (found != shared_.end()) {
+            node = found->second.first;
+            return node ? ONE : SEVERAL;
+        }
+    }
+    if (entries_.empty()) return NONE;
+    node = entries_[locate(hashOf(text), text)].node;
+    return node ? ONE : NONE;
+}
+
+void NodeTable::rememberFirst(const std::string& text, Node* node) {
+    const auto found = shared_.find(text);
+    if (found != shared_.end()) found->second.first = node;
+}
+
+void NodeTable::insert(Node* node) {
+    const auto& text = textOf_(*node);
+    if (!shared_.empty()) {
+        const auto found = shared_.find(text);
+        if (found != shared_.end()) {
+            ++found->second.count;
+            found->second.first = nullptr;  // The new one may stand before it.
+            return;
+        }
+    }
+    if (4 * (used_ + 1) > 3 * entries_.size()) grow();
+    const auto hash = hashOf(text);
+    const auto position = locate(hash, text);
+    if (!entries_[position].node) {
+        entries_[position] = Entry{hash, node};
+        ++used_;
+        return;
+    }
+    shared_.emplace(text, Shared{2, nullptr});
+    eraseEntry(position);
+}
+
+void NodeTable::erase(Node* node) {
+    const auto& text = textOf_(*node);
+    const auto found = shared_.find(text);
+    if (found == shared_.end()) {
+        if (!entries_.empty()) eraseEntry(locate(hashOf(text), text));
+        return;
+    }
+    if (--found->second.count == 0) {
+        shared_.erase(found);
+    } else if (found->second.first == node) {
+        found->second.first = nullptr;
+    }
+}
+
+void NodeTable::clear() {
+    entries_.clear();
+    entries_.shrink_to_fit();
+    used_ = 0;
+    shared_.clear();
+}
+
+std::uint32_t NodeTable::hashOf(const std::string& text) {
+    const std::uint64_t hash = std::hash<std::string>{}(text);
+    return static_cast<std::uint32_t>(hash ^ (hash >> 32));
+}
+
+std::size_t NodeTable::locate(std::uint32_t hash, const std::string& text) const {
+    const auto mask = entries_.size() - 1;
+    auto position = hash & mask;
+    while (entries_[position].node &&
+           (entries_[position].hash != hash || textOf_(*entries_[position].node) != text)) {
+        position = (position + 1) & mask;
+    }
+    return position;
+}
+
+void NodeTable::grow() {
+    std::vector<Entry> old(entries_.empty() ? 16 : 2 * entries_.size());
+    old.swap(entries_);
+    for (const auto& entry : old) {
+        if (entry.node) place(entry);
+    }
+}
+
+void NodeTable::place(Entry entry) {
+    const auto mask = entries_.size() - 1;
+    auto position = entry.hash & mask;
+    while (entries_[position].node) position = (position + 1) & mask;
+    entries_[position] = entry;
+}
+
+// Linear probing without tombstones: entries behind the gap move up when their probe passed it
+// (Knuth, The Art of Computer Programming, vol. 3, section 6.4, algorithm R).
+void NodeTable::eraseEntry(std::size_t position) {
+    if (!entries_[position].node) return;
+    const auto mask = entries_.size() - 1;
+    auto gap = position;
+    for (auto next = (gap + 1) & mask; entries_[next].node; next = (next + 1) & mask) {
+        const auto home = entries_[next].hash & mask;
+        if (((next - home) & mask) >= ((next - gap) & mask)) {
+            entries_[gap] = entries_[next];
+            gap = next;
+        }
+    }
+    entries_[gap] = Entry{};
+    --used_;
+}
+
+}  // namespace vantorix::scene

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include <boost/unordered/unordered_map.hpp>
+
+namespace vantorix::scene {
+
+class Node;
+
+/// Finds the nodes of one tree by one of their texts, the ID or the name.
+///
+/// A text that one node carries stands in an open-addressing table that keeps 32 bits of the hash
+/// beside the node, so that a text is read only when it is probably the right one. Texts that were
+/// ever shared by several nodes are counted apart: which of them comes first in the tree, only a
+/// search tells.
+class NodeTable {
+public:
+    using TextOf = const std::string& (*)(const Node&);
+
+    enum Answer { NONE, ONE, SEVERAL };
+
+    explicit NodeTable(TextOf accessor) : textOf_(accessor) {}
+    TextOf textOf() const { return textOf_; }
+
+    /// Whether nodes carry @p text. For ONE, @p node is that node; for SEVERAL, the caller has to
+    /// search, and may rememberFirst what it finds.
+    Answer find(const std::string& text, Node*& node) const;
+    void rememberFirst(const std::string& text, Node* node);
+
+    void insert(Node* node);
+    /// @p node must be in the table under the text that it still carries.
+    void erase(Node* node);
+    void clear();
+
+private:
+    struct Entry {
+        std::uint32_t hash = 0;
+        Node* node = nullptr;
+    };
+    struct Shared {
+        std::size_t count;
+        Node* first;  ///< Null while unknown.
+    };
+
+    static std::uint32_t hashOf(const std::string& text);
+    std::size_t locate(std::uint32_t hash, const std::string& text) const;
+    void grow();
+    void place(Entry entry);
+    void eraseEntry(std::size_t position);
+
+    TextOf textOf_;
+    std::vector<Entry> entries_;  ///< A power of two, at most 3/4 full; empty until first used.
+    std::size_t used_ = 0;
+    boost::unordered_map<std::string, Shared> shared_;
+};
+
+}  // namespace vantorix::scene

@@ -1,0 +1,260 @@
+#include <utility>
+
+#include <Eigen/SVD>
+#include <boost/unordered/unordered_set.hpp>
+
+#include "core_api/event/EventData.h"
+#include "core_api/utils/Matrix.h"
+
+#include "scene/graph/Node.h"
+#include "scene/graph/NodeExtras.h"
+#include "scene/graph/SceneEvents.h"
+#include "scene/transform/TransformationMatrix.h"
+#include "scene/transform/TransformationRotate.h"
+#include "scene/transform/TransformationScale.h"
+#include "scene/transform/TransformationTranslate.h"
+
+namespace vantorix::scene {
+namespace {
+
+constexpr float radiansPerDegree = 0.017453292f;
+
+// Zero for a vector without components, as a rotate element made without an axis holds it.
+Eigen::Vector3f toEigen(const core::utils::Vector<float, 3>& vector) {
+    if (vector.size() < 3) return Eigen::Vector3f::Zero();
+    return {vector[0], vector[1], vector[2]};
+}
+
+}  // namespace
+
+void Node::move(const Eigen::Vector3f& offset) {
+    const Eigen::Vector3f turned =
+        rotation_.topLeftCorner<3, 3>() * offset + rotation_.topRightCorner<3, 1>();
+    translation_ += scaling_.cwiseProduct(turned);
+    triggerTransformationUpdate();
+}
+
+void Node::move(float x, float y, float z) { move(Eigen::Vector3f(x, y, z)); }
+
+void Node::addTranslation(const Eigen::Vector3f& offset) {
+    translation_ += offset;
+    triggerTransformationUpdate();
+}
+
+void Node::addTranslation(float x, float y, float z) { addTranslation(Eigen::Vector3f(x, y, z)); }
+
+void Node::setTranslation(const Eigen::Translation<float, 3>& translation) {
+    translation_ = translation.vector();
+    triggerTransformationUpdate();
+}
+
+void Node::rotate(const Eigen::Matrix3f& rotation) {
+    turn(rotation);
+    triggerTransformationUpdate();
+}
+
+void Node::addRotation(const Eigen::Matrix3f& rotation) { rotate(rotation); }
+
+void Node::setRotation(const Eigen::Matrix4f& rotation) {
+    rotation_ = rotation;
+    triggerTransformationUpdate();
+}
+
+void Node::scale(const Eigen::Vector3f& factors) { setScale(factors); }
+
+void Node::setScale(const Eigen::Vector3f& factors) {
+    scaling_ = factors;
+    triggerTransformationUpdate();
+}
+
+void Node::addTransformation(const Eigen::Matrix4f& matrix) {
+    // The argument may be this node's own local matrix: read it before anything changes.
+    const Eigen::Vector3f offset = matrix.topRightCorner<3, 1>();
+    rotation_ = (rotation_ * matrix).eval();
+    translation_ += offset;
+    triggerTransformationUpdate();
+}
+
+void Node::addTransformation(boost::shared_ptr<ITransformation> element) {
+    if (!element) return;
+    applyElement(*element);
+    extras().elements.push_back(std::move(element));
+    triggerTransformationUpdate();
+}
+
+void Node::setTransformations(const Eigen::Translation<float, 3>& translation,
+                              const Eigen::Matrix4f& rotation) {
+    translation_ = translation.vector();
+    rotation_ = rotation;
+    triggerTransformationUpdate();
+}
+
+void Node::setTransformations(const Eigen::Matrix4f& matrix) {
+    translation_ = matrix.topRightCorner<3, 1>();
+    for (Eigen::Index column = 0; column < 3; ++column) {
+        const Eigen::Vector3f axis = matrix.block<3, 1>(0, column);
+        rotation_.block<3, 1>(0, column) = axis / axis.norm();  // No guard: defined so.
+    }
+    triggerTransformationUpdate();
+}
+
+std::vector<boost::shared_ptr<ITransformation>> Node::getOriginalTransformations() const {
+    return readExtras().elements;
+}
+
+void Node::setOriginalTransformations(std::vector<boost::shared_ptr<ITransformation>> elements) {
+    extras().elements = std::move(elements);
+}
+
+Eigen::Translation<float, 3> Node::getTranslation() const {
+    return Eigen::Translation<float, 3>(translation_);
+}
+
+void Node::turn(const Eigen::Matrix3f& rotation) {
+    rotation_.topLeftCorner<3, 3>() = (rotation_.topLeftCorner<3, 3>() * rotation).eval();
+}
+
+void Node::turnAbout(const Eigen::Vector3f& axis, float degrees) {
+    const float length = axis.norm();
+    if (!(length > 0.0f)) return;
+    turn(Eigen::AngleAxisf(degrees * radiansPerDegree, axis / length).toRotationMatrix());
+}
+
+// The polar decomposition by way of the singular values: A = U S V' = (U V') (V S V').
+void Node::applyMatrix(const Eigen::Matrix4f& matrix) {
+    translation_ += matrix.topRightCorner<3, 1>();
+    const Eigen::Matrix3f block = matrix.topLeftCorner<3, 3>();
+    if (!block.allFinite()) return;
+    Eigen::Matrix3f rotation;
+    Eigen::Matrix3f scaling;
+    Eigen::Transform<float, 3, Eigen::Affine> split;
+    split.matrix().setIdentity();
+    split.linear() = block;
+    split.computeRotationScaling(&rotation, &scaling);
+    turn(rotation);
+    scaling_ = scaling.diagonal();
+}
+
+void Node::applyElement(ITransformation& element) {
+    if (auto* const matrix = dynamic_cast<TransformationMatrix*>(&element)) {
+        applyMatrix(Eigen::Map<const Eigen::Matrix4f>(matrix->getMatrix().getMatrix()));
+    } else if (auto* const rotate = dynamic_cast<TransformationRotate*>(&element)) {
+        turnAbout(toEigen(rotate->getRotationAxis()), rotate->getAngle());
+    } else if (auto* const scaling = dynamic_cast<TransformationScale*>(&element)) {
+        scaling_ = toEigen(scaling->getScale());
+    } else if (auto* const translate = dynamic_cast<TransformationTranslate*>(&element)) {
+        translation_ += toEigen(translate->getTranslation());
+    }
+}
+
+void Node::updateLocalMatrix() {
+    const Eigen::Vector4f offset(translation_.x(), translation_.y(), translation_.z(), 0.0f);
+    for (Eigen::Index column = 0; column < 3; ++column) {
+        localMatrix_.col(column) =
+            (rotation_.col(column) + offset * rotation_(3, column)) * scaling_(column);
+    }
+    localMatrix_.col(3) = rotation_.col(3) + offset * rotation_(3, 3);
+    forgetWorldMatrix();
+}
+
+void Node::triggerTransformationUpdate() {
+    updateLocalMatrix();
+    if (isHeard(events::nodeTransformationUpdate)) {
+        dispatch(events::nodeTransformationUpdate,
+                 core::event::EventData::withMatrix(id_, localMatrix_.data()));
+    }
+    sendEmpty(events::sceneUpdate);
+}
+
+Eigen::Matrix4f Node::getCombinedTransformations() const {
+    if (!worldCached_) cacheWorldMatrix();
+    return worldCached_ ? worldMatrix_ : worldMatrixInCircle();
+}
+
+Eigen::Matrix4f Node::getCombinedRotations() const {
+    Eigen::Matrix4f combined = rotation_;
+    boost::unordered_set<const Node*> met{this};
+    for (const Node* node = liveParent(); node && met.insert(node).second;
+         node = node->liveParent()) {
+        combined = (node->rotation_ * combined).eval();
+    }
+    return combined;
+}
+
+// Leaves the matrix uncached where parents form a circle: there, every start has its own product.
+void Node::cacheWorldMatrix() const {
+    const Node* const parent = liveParent();
+    if (!parent || parent->worldCached_) return adoptWorldMatrix(parent);
+    std::vector<const Node*> path{this};
+    const Node* landmark = this;  // Moved ahead at powers of two: a circle comes back to it.
+    for (const Node* node = parent; node && !node->worldCached_; node = node->liveParent()) {
+        if (node == landmark) return;
+        if ((path.size() & (path.size() - 1)) == 0) landmark = node;
+        path.push_back(node);
+    }
+    while (!path.empty()) {
+        path.back()->adoptWorldMatrix(path.back()->liveParent());
+        path.pop_back();
+    }
+}
+
+Eigen::Matrix4f Node::worldMatrixInCircle() const {
+    Eigen::Matrix4f combined = localMatrix_;
+    boost::unordered_set<const Node*> met{this};
+    for (const Node* node = liveParent(); node && met.insert(node).second;
+         node = node->liveParent()) {
+        combined = (node->localMatrix_ * combined).eval();
+    }
+    return combined;
+}
+
+void Node::adoptWorldMatrix(const Node* parent) const {
+    if (parent) {
+        worldMatrix_.noalias() = parent->worldMatrix_ * localMatrix_;
+        linkToParent(*parent);
+    } else {
+        worldMatrix_ = localMatrix_;
+    }
+    worldCached_ = true;
+}
+
+void Node::linkToParent(const Node& parent) const {
+    if (dependentLink_) return;
+    auto* const self = const_cast<Node*>(this);
+    nextDependent_ = parent.firstDependent_;
+    if (nextDependent_) nextDependent_->dependentLink_ = &self->nextDependent_;
+    parent.firstDependent_ = self;
+    dependentLink_ = &parent.firstDependent_;
+}
+
+void Node::unlinkFromParent() const {
+    if (!dependentLink_) return;
+    *dependentLink_ = nextDependent_;
+    if (nextDependent_) nextDependent_->dependentLink_ = dependentLink_;
+    nextDependent_ = nullptr;
+    dependentLink_ = nullptr;
+}
+
+void Node::forgetWorldMatrix() const {
+    if (!worldCached_) return;  // Then no node below has cached one either.
+    worldCached_ = false;
+    forgetDependents();
+}
+
+// Takes every list below apart, in a loop: whoever is asked again lists itself again.
+void Node::forgetDependents() const {
+    Node* pending = std::exchange(firstDependent_, nullptr);
+    while (pending) {
+        Node* const node = pending;
+        pending = std::exchange(node->nextDependent_, nullptr);
+        node->dependentLink_ = nullptr;
+        node->worldCached_ = false;
+        while (Node* const below = node->firstDependent_) {
+            node->firstDependent_ = below->nextDependent_;
+            below->nextDependent_ = pending;
+            pending = below;
+        }
+    }
+}
+
+}  // namespace vantorix::scene

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <cstdint>
+#include <set>
+#include <string>
+
+namespace vantorix::scene {
+
+/// Generates the identifiers "OID0", "OID1", ... of one scene, without those that were recorded.
+class SceneIdentifiers {
+public:
+    std::string generate();
+    void record(std::string id);
+
+private:
+    std::uint32_t next_ = 0;
+    std::set<std::string> used_;
+};
+
+}  // namespace vantorix::scene

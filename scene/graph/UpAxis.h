@@ -1,0 +1,8 @@
+#pragma once
+
+namespace vantorix::scene {
+
+/// The axis of the scene's coordinates that points up.
+enum UpAxis { X_UP = 0, Y_UP = 1, Z_UP = 2 };
+
+}  // namespace vantorix::scene
