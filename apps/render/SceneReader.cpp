@@ -8,6 +8,7 @@
 
 #include "apps/render/LightReader.h"
 #include "apps/render/MeshFlattener.h"
+#include "apps/render/SceneGuard.h"
 #include "apps/render/SurfaceReader.h"
 #include "scene/animation/Camera.h"
 #include "scene/animation/CameraInstance.h"
@@ -145,17 +146,6 @@ Box boxOf(const Node& root, const DrawList& list) {
     const Box box{root.getBVMin().cast<double>(), root.getBVMax().cast<double>()};
     return box.isUsable() ? box : boundsOf(list);
 }
-
-class SceneGuard {
-public:
-    explicit SceneGuard(scene::SceneManager& manager) : manager_(manager) { manager_.lockScene(); }
-    ~SceneGuard() { manager_.unlockScene(); }
-    SceneGuard(const SceneGuard&) = delete;
-    SceneGuard& operator=(const SceneGuard&) = delete;
-
-private:
-    scene::SceneManager& manager_;
-};
 
 }  // namespace
 

@@ -1,13 +1,12 @@
 #include "apps/vantorix/Console.h"
 
-#include <langinfo.h>
-#include <unistd.h>
-
 #include <cerrno>
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <langinfo.h>
+#include <unistd.h>
 
 #include "apps/vantorix/Failure.h"
 

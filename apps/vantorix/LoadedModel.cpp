@@ -2,9 +2,10 @@
 
 #include <boost/make_shared.hpp>
 
+#include "core_api/event/EventManager.h"
+
 #include "apps/import/ModelImporter.h"
 #include "apps/vantorix/Failure.h"
-#include "core_api/event/EventManager.h"
 #include "scene/graph/SceneManager.h"
 
 namespace vantorix::apps::cli {

@@ -41,9 +41,9 @@ Character characterAt(const std::string& text, std::size_t at) {
 }
 
 bool isControl(std::uint32_t code) {
-    const bool turnsWriting =
-        (code >= 0x202a && code <= 0x202e) || (code >= 0x2066 && code <= 0x2069) ||
-        code == 0x200e || code == 0x200f || code == 0x061c;
+    const bool turnsWriting = (code >= 0x202a && code <= 0x202e) ||
+                              (code >= 0x2066 && code <= 0x2069) || code == 0x200e ||
+                              code == 0x200f || code == 0x061c;
     return code < 0x20 || (code >= 0x7f && code < 0xa0) || code == 0x2028 || code == 0x2029 ||
            turnsWriting;
 }
@@ -66,8 +66,8 @@ std::string printable(const std::string& text) {
             ++at;
             continue;
         }
-        result += isControl(character.code) ? escaped(character.code)
-                                            : text.substr(at, character.length);
+        result +=
+            isControl(character.code) ? escaped(character.code) : text.substr(at, character.length);
         at += character.length;
     }
     return result;

@@ -1,10 +1,9 @@
 #pragma once
 
+#include <condition_variable>
+#include <mutex>
 #include <string>
-
-#include <boost/thread/condition_variable.hpp>
-#include <boost/thread/mutex.hpp>
-#include <boost/thread/thread.hpp>
+#include <thread>
 
 namespace vantorix::apps::cli {
 
@@ -24,10 +23,10 @@ private:
     void show();
 
     std::string work_;
-    boost::mutex mutex_;
-    boost::condition_variable ended_;
+    std::mutex mutex_;
+    std::condition_variable ended_;
     bool isOver_ = false;
-    boost::thread thread_;
+    std::thread thread_;
 };
 
 }  // namespace vantorix::apps::cli
