@@ -34,8 +34,10 @@ public:
     boost::shared_ptr<IGeometry> getConvexHullOf() const;
 
 private:
-    bool isReachableFrom(const boost::shared_ptr<IGeometry>& geometry) const;
-    boost::shared_ptr<IGeometry> lastHull() const;
+    /// Whether @p geometry is this mesh or has it as its hull's source, directly or not.
+    bool isReachedFrom(const IGeometry* geometry) const;
+    /// The geometry whose bounds count; empty when they are the mesh's own.
+    boost::shared_ptr<IGeometry> findBounds() const;
 
     boost::shared_ptr<IGeometry> convexHullOf_;
 };

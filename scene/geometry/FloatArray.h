@@ -147,6 +147,10 @@ public:
     void resize(size_type count, float value = 0.0f) {
         edit(std::min(count, size()), [&] { floats_.resize(count, value); });
     }
+    /// Appends @p count floats from outside this array, and hands out no reference.
+    void append(const float* values, size_type count) {
+        edit(size(), [&] { floats_.insert(floats_.end(), values, values + count); });
+    }
     iterator insert(const_iterator place, float value) { return insertAt(place, value); }
     iterator insert(const_iterator place, size_type count, float value) {
         return insertAt(place, count, value);

@@ -57,7 +57,7 @@ private:
     using GeometryMap = std::map<std::string, boost::shared_ptr<IGeometry>>;
 
     GeometryMap geometries_;
-    mutable core::logger::Logger logger_;
+    core::logger::Logger logger_;
 };
 
 }  // namespace vantorix::scene

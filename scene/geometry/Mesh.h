@@ -8,11 +8,10 @@
 
 #include "scene/SceneExport.h"
 #include "scene/geometry/IGeometry.h"
+#include "scene/geometry/IMeshPrimitive.h"
 #include "scene/geometry/StreamMapping.h"
 
 namespace vantorix::scene {
-
-class IMeshPrimitive;
 
 /// Float streams, the vertices mappings that say which of them make up a vertex, and primitives
 /// that group indices into faces.
@@ -101,10 +100,11 @@ protected:
     void cloneContentsTo(const boost::shared_ptr<Mesh>& target) const;
 
 private:
-    enum Corner { LOWER, UPPER };
-    Eigen::Vector3f outermost(Corner corner) const;
-    Eigen::Vector3f outermostOfPrimitives(Corner corner) const;
-    Eigen::Vector3f outermostOfPositions(Corner corner) const;
+    using BoxCorner = core::utils::Vector<float, 3> (IMeshPrimitive::*)();
+    using BoxRule = void (*)(Eigen::Vector3f& corner, const Eigen::Vector3f& sample);
+
+    Eigen::Vector3f outermostBox(BoxCorner corner, BoxRule extend) const;
+    Eigen::Vector3f outermostPosition(BoxRule extend) const;
 
     std::string id_;
     std::string name_;

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <cstddef>
 #include <string>
 #include <vector>
 
 #include <Eigen/Core>
+#include <boost/container/small_vector.hpp>
 #include <boost/shared_ptr.hpp>
 #include <boost/weak_ptr.hpp>
 
@@ -77,20 +77,38 @@ protected:
     /// and values of earlier corners stay.
     bool appendFace(const Corners& corners, bool deduplicate);
 
-    /// The mesh, or null once it is gone. Valid while the caller holds the mesh.
-    Mesh* getLivingMesh() const;
-    /// Floats of records that exist in the index stream from @p recordStart on may be read at
-    /// @p position only when this holds.
-    bool isInRecord(std::size_t recordStart, std::size_t position, std::size_t stride) const;
+    /// Empty once the mesh is gone.
+    boost::shared_ptr<Mesh> lockMesh() const;
 
     core::logger::Logger logger_;
-    boost::weak_ptr<Mesh> mesh_;
     std::vector<StreamMapping> streamMappings_;
     std::vector<unsigned int> indexStream_;
     Type type_;
 
 private:
     friend class Mesh;
+    using IndexRecord = boost::container::small_vector<unsigned int, 16>;
+
+    /// From now on @p mesh is referred to weakly, if it is the primitive's own.
+    /// @return what kept it alive; empty for another mesh.
+    boost::shared_ptr<Mesh> releaseMesh(const Mesh& mesh);
+    /// Without a reference: for use while somebody is known to hold the mesh.
+    Mesh* peekMesh() const;
+
+    const StreamMapping* findMapping(StreamSemantic semantic) const;
+    const StreamMapping* findSlotMapping(StreamSemantic semantic);
+    boost::shared_ptr<Stream> addStreamFor(const VertexElement& element, bool deduplicate);
+    void addPositionStreamsFor(const VertexElement& element, bool deduplicate);
+    bool prepareStreams(const Vertex& corner, bool deduplicate);
+    bool appendRecord(const Vertex& corner);
+    bool storeElement(const VertexElement& element, IndexRecord& record);
+    void growBox(const VertexElement& position);
+
+    boost::shared_ptr<Mesh> keptMesh_;  // Empty once the mesh's list holds this primitive.
+    boost::weak_ptr<Mesh> mesh_;
+    Mesh* meshAddress_;
+    std::string materialSymbol_;
+    Eigen::Vector3f bvMin_, bvMax_;
 };
 
 }  // namespace vantorix::scene

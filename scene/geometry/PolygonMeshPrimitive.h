@@ -1,6 +1,5 @@
 #pragma once
 
-#include <string>
 #include <vector>
 
 #include <boost/shared_ptr.hpp>
@@ -11,7 +10,6 @@
 namespace vantorix::scene {
 
 class Polygon;
-class Vertex;
 
 /// A list of polygons, one index record per corner. Polygons are stored, but read back without
 /// values: callers that need them read the streams.
@@ -47,7 +45,8 @@ public:
     boost::shared_ptr<Polygon> getPolygonAt(unsigned int index);
 
 private:
-    boost::shared_ptr<Vertex> assembleVertex() const;
+    /// What is written for each vertex that is read back.
+    void printUnhandledInputs() const;
 
     std::vector<unsigned int> polygonStream_;
     int totalVertexCount_;

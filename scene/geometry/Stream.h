@@ -47,10 +47,11 @@ public:
     std::vector<std::string> stringValues;
 
 private:
-    long long findTuple(const float* value);
+    int insertDistinct(const float* value);
     int appendTuple(const float* value);
+    bool isIndexUseful() const;
 
-    std::unique_ptr<TupleIndex> index_;  // Made by the first search that is worth it.
+    std::unique_ptr<TupleIndex> index_;  // Made by the first search that it speeds up.
 };
 
 }  // namespace vantorix::scene

@@ -1,8 +1,9 @@
 #pragma once
 
-#include <string>
+#include <cstddef>
 #include <vector>
 
+#include <Eigen/Core>
 #include <boost/shared_ptr.hpp>
 
 #include "scene/SceneExport.h"
@@ -48,6 +49,16 @@ public:
 
     /// A new triangle with new vertices; an empty pointer past the end.
     boost::shared_ptr<Triangle> getTriangleAt(unsigned int index);
+
+private:
+    using Normals = std::vector<Eigen::Vector3f>;
+
+    std::size_t listPosition(const StreamMapping* mapping) const;
+    Normals calculateNormals(const Mesh& mesh, std::size_t positionSlot, std::size_t count) const;
+    void storeNormals(Mesh& mesh, std::size_t positionSlot, const Normals& normals);
+    /// Gives mapping @p normalSlot a new stream and its slot of the records new indices.
+    void replaceOwnNormals(Mesh& mesh, std::size_t positionSlot, std::size_t normalSlot,
+                           const Normals& normals);
 };
 
 }  // namespace vantorix::scene

@@ -1,0 +1,7 @@
+#include "scene/geometry/IPrimitive.h"
+
+namespace vantorix::scene {
+
+IPrimitive::~IPrimitive() = default;
+
+}  // namespace vantorix::scene

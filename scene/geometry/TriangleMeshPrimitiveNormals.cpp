@@ -1,0 +1,107 @@
+// How smooth normals are calculated and stored.
+
+#include <algorithm>
+
+#include <boost/make_shared.hpp>
+
+#include "scene/geometry/FaceAssembler.h"
+#include "scene/geometry/MappingSearch.h"
+#include "scene/geometry/Mesh.h"
+#include "scene/geometry/Stream.h"
+#include "scene/geometry/TriangleMath.h"
+#include "scene/geometry/TriangleMeshPrimitive.h"
+
+namespace vantorix::scene {
+namespace {
+
+/// The tuple counter of the position stream, which a caller may have set above all reason.
+std::size_t countPositions(const Stream& positions) {
+    const auto count = static_cast<std::size_t>(std::max(positions.count, 0));
+    return std::min(count, positions.values.size());
+}
+
+/// Non-finite where no face has contributed, and where faces cancel each other out.
+void normalizeAll(std::vector<Eigen::Vector3f>& normals) {
+    for (auto& normal : normals) normal *= 1.0f / normal.norm();
+}
+
+void setValues(Stream& stream, const std::vector<Eigen::Vector3f>& normals) {
+    // The stream's count stays as it was.
+    stream.values.clear();
+    stream.values.reserve(normals.size() * 3);
+    for (const auto& normal : normals) stream.values.append(normal.data(), 3);
+}
+
+}  // namespace
+
+void TriangleMeshPrimitive::recalculateVertexNormals() {
+    const auto mesh = lockMesh();
+    const auto* const positions = mesh ? findBySemantic(mesh->getVertices(), POSITION) : nullptr;
+    const auto* const vertex = findBySemantic(streamMappings_, VERTEX);
+    if (!positions || !positions->stream || !vertex) return;
+    const std::size_t slot = listPosition(vertex);
+    if (slot >= static_cast<std::size_t>(calculateIndexStreamStride())) return;
+    storeNormals(*mesh, slot, calculateNormals(*mesh, slot, countPositions(*positions->stream)));
+}
+
+std::size_t TriangleMeshPrimitive::listPosition(const StreamMapping* mapping) const {
+    return static_cast<std::size_t>(mapping - streamMappings_.data());
+}
+
+TriangleMeshPrimitive::Normals TriangleMeshPrimitive::calculateNormals(const Mesh& mesh,
+                                                                       std::size_t positionSlot,
+                                                                       std::size_t count) const {
+    const auto stride = static_cast<std::size_t>(calculateIndexStreamStride());
+    const FaceAssembler faces(streamMappings_, &mesh, indexStream_, stride);
+    Normals normals(count, Eigen::Vector3f::Zero());
+    const std::size_t faceSize = stride * 3;
+    for (std::size_t start = 0; start + faceSize <= indexStream_.size(); start += faceSize) {
+        const auto first = faces.position(start);
+        const auto normal = faceNormal(usableEdge(first, faces.position(start + stride)),
+                                       usableEdge(first, faces.position(start + 2 * stride)));
+        for (std::size_t record = start; record < start + faceSize; record += stride) {
+            const std::size_t position = indexStream_[record + positionSlot];
+            if (position < count) normals[position] += normal;
+        }
+    }
+    normalizeAll(normals);
+    return normals;
+}
+
+void TriangleMeshPrimitive::storeNormals(Mesh& mesh, std::size_t positionSlot,
+                                         const Normals& normals) {
+    const auto* const own = findBySemantic(streamMappings_, NORMAL);
+    if (const auto* const shared = findBySemantic(mesh.getVertices(), NORMAL)) {
+        if (shared->stream) setValues(*shared->stream, normals);
+    } else if (own) {
+        replaceOwnNormals(mesh, positionSlot, listPosition(own), normals);
+    } else {
+        const auto stream = boost::make_shared<Stream>("VT_Calculated_Normals", 3, false);
+        mesh.addStream(stream);
+        mesh.addVerticesMapping(StreamMapping(NORMAL, stream, 0));
+        setValues(*stream, normals);
+    }
+}
+
+void TriangleMeshPrimitive::replaceOwnNormals(Mesh& mesh, std::size_t positionSlot,
+                                              std::size_t normalSlot, const Normals& normals) {
+    const auto old = streamMappings_[normalSlot].stream;
+    const auto stream = boost::make_shared<Stream>(old ? old->name : "NORMAL_stream", 3, false);
+    const auto stride = static_cast<std::size_t>(calculateIndexStreamStride());
+    std::vector<int> indices(normals.size(), -1);  // Each position's normal is stored once.
+    for (std::size_t record = 0; record < indexStream_.size(); record += stride) {
+        if (std::max(positionSlot, normalSlot) >= std::min(stride, indexStream_.size() - record)) {
+            break;
+        }
+        const std::size_t position = indexStream_[record + positionSlot];
+        if (position >= normals.size()) continue;
+        int& index = indices[position];
+        if (index < 0) index = stream->insertValue(3, normals[position].data());
+        indexStream_[record + normalSlot] = static_cast<unsigned int>(index);
+    }
+    if (old) mesh.removeStream(old);
+    mesh.addStream(stream);
+    streamMappings_[normalSlot].stream = stream;
+}
+
+}  // namespace vantorix::scene

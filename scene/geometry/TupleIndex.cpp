@@ -1,0 +1,151 @@
+#include "scene/geometry/TupleIndex.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "scene/geometry/FloatArray.h"
+
+namespace vantorix::scene {
+namespace {
+
+__extension__ using Product = unsigned __int128;
+
+std::uint64_t foldedProduct(std::uint64_t a, std::uint64_t b) {
+    const auto product = static_cast<Product>(a) * b;
+    return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
+}
+
+std::uint64_t readPair(const float* floats) {
+    std::uint64_t bits = 0;
+    std::memcpy(&bits, floats, 2 * sizeof(float));
+    return bits;
+}
+
+/// The last @p count floats, at most two.
+std::uint64_t readRest(const float* floats, std::size_t count) {
+    std::uint64_t bits = 0;
+    if (count == 2) return readPair(floats);
+    if (count == 1) std::memcpy(&bits, floats, sizeof(float));
+    return bits;
+}
+
+/// Multiplies and folds eight bytes at a time, after Wang Yi's wyhash.
+std::uint32_t hashOf(const float* floats, std::size_t count) {
+    constexpr std::uint64_t first = 0xa0761d6478bd642fULL;
+    constexpr std::uint64_t second = 0xe7037ed1a0b428dbULL;
+    std::uint64_t hash = first;
+    for (; count > 4; count -= 4, floats += 4) {
+        hash = foldedProduct(readPair(floats) ^ hash, readPair(floats + 2) ^ second);
+    }
+    const std::size_t low = std::min<std::size_t>(count, 2);
+    hash =
+        foldedProduct(readRest(floats, low) ^ hash, readRest(floats + low, count - low) ^ second);
+    return static_cast<std::uint32_t>(hash ^ (hash >> 32));
+}
+
+bool isEqual(const float* left, const float* right, std::size_t count) {
+    if (count == 3) {
+        return readPair(left) == readPair(right) && readRest(left + 2, 1) == readRest(right + 2, 1);
+    }
+    return std::memcmp(left, right, count * sizeof(float)) == 0;
+}
+
+std::size_t powerOfTwoFrom(std::size_t minimum) {
+    std::size_t power = 64;
+    while (power < minimum) power *= 2;
+    return power;
+}
+
+}  // namespace
+
+bool TupleIndex::isUsableOn(const FloatArray& values) { return !values.isExposed(); }
+
+std::size_t TupleIndex::find(FloatArray& values, std::size_t stride, const float* value) {
+    if (!isUpToDate(values, stride)) readChanges(values, stride);
+    grow(1);
+    missedHash_ = hashOf(value, stride);
+    return search(values, value);
+}
+
+void TupleIndex::noteAppended(FloatArray& values) {
+    // After an incomplete tuple the new floats have completed another one than that searched for.
+    if ((indexed_ + 1) * stride_ != values.size()) return;
+    enter(indexed_);
+    markRead(values);
+}
+
+bool TupleIndex::isUpToDate(const FloatArray& values, std::size_t stride) const {
+    return stride == stride_ && values.size() == seenSize_ && values.unchangedSize() == seenSize_;
+}
+
+void TupleIndex::readChanges(FloatArray& values, std::size_t stride) {
+    if (stride != stride_) indexed_ = 0;
+    stride_ = stride;
+    indexed_ = std::min(indexed_, values.unchangedSize() / stride);
+    const std::size_t tuples = values.size() / stride;
+    grow(tuples - indexed_);
+    const float* const floats = static_cast<const FloatArray&>(values).data();
+    while (indexed_ < tuples) {
+        const float* const value = floats + indexed_ * stride;
+        missedHash_ = hashOf(value, stride);
+        // Of equal tuples only the lowest is entered.
+        if (search(values, value) == none) {
+            enter(indexed_);
+        } else {
+            ++indexed_;
+        }
+    }
+    markRead(values);
+}
+
+void TupleIndex::markRead(FloatArray& values) {
+    values.markSeen();
+    seenSize_ = values.size();
+}
+
+std::size_t TupleIndex::search(const FloatArray& values, const float* value) {
+    const std::size_t mask = entries_.size() - 1;
+    missedPlace_ = none;
+    for (std::size_t place = missedHash_ & mask;; place = (place + 1) & mask) {
+        const Entry& entry = entries_[place];
+        if (isDead(entry)) {
+            // The first dead entry is taken over: a value's lowest tuple is met first.
+            if (missedPlace_ == none) missedPlace_ = place;
+            if (entry.tuple == unused) return none;
+        } else if (entry.hash == missedHash_ &&
+                   isEqual(values.data() + entry.tuple * stride_, value, stride_)) {
+            return entry.tuple;
+        }
+    }
+}
+
+void TupleIndex::enter(std::size_t tuple) {
+    if (entries_[missedPlace_].tuple == unused) ++used_;
+    entries_[missedPlace_] = {missedHash_, static_cast<std::uint32_t>(tuple)};
+    indexed_ = tuple + 1;
+}
+
+void TupleIndex::grow(std::size_t additional) {
+    if ((used_ + additional) * 4 <= entries_.size() * 3) return;
+    std::vector<Entry> old;
+    old.swap(entries_);
+    const auto dead = [this](const Entry& entry) { return isDead(entry); };
+    old.erase(std::remove_if(old.begin(), old.end(), dead), old.end());
+    used_ = old.size();
+    entries_.assign(powerOfTwoFrom((used_ + additional) * 2), Entry{0, unused});
+    for (const auto& entry : old) reinsert(entry);
+}
+
+void TupleIndex::reinsert(Entry entry) {
+    const std::size_t mask = entries_.size() - 1;
+    std::size_t place = entry.hash & mask;
+    for (; entries_[place].tuple != unused; place = (place + 1) & mask) {
+        // Entries of one hash stay in ascending order: a value's lowest tuple is met first.
+        if (entries_[place].hash == entry.hash && entries_[place].tuple > entry.tuple) {
+            std::swap(entries_[place], entry);
+        }
+    }
+    entries_[place] = entry;
+}
+
+}  // namespace vantorix::scene

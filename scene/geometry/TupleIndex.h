@@ -1,0 +1,60 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <vector>
+
+namespace vantorix::scene {
+
+class FloatArray;
+
+/// Finds the lowest tuple of a float array that has given bytes.
+///
+/// An open-addressing table of tuple numbers with 32 bits of each tuple's hash beside them.
+/// An entry is only a hint: whatever it names is compared with the floats that stand there, and
+/// entries at or past the indexed tuples are dead, so that an edit of the array costs nothing here
+/// until the next search reads the changed end of it again.
+class TupleIndex {
+public:
+    static constexpr std::size_t none = std::numeric_limits<std::size_t>::max();
+    static constexpr std::size_t mostTuples = std::numeric_limits<int>::max();
+
+    /// Whether a search may trust what an earlier one has read: no reference for writing is valid.
+    static bool isUsableOn(const FloatArray& values);
+
+    /// The lowest tuple with the bytes of @p value, or none; remembers its place for
+    /// noteAppended().
+    std::size_t find(FloatArray& values, std::size_t stride, const float* value);
+
+    /// To be called when the value that the last find() missed has been appended.
+    void noteAppended(FloatArray& values);
+
+private:
+    struct Entry {
+        std::uint32_t hash;
+        std::uint32_t tuple;
+    };
+    static constexpr std::uint32_t unused = std::numeric_limits<std::uint32_t>::max();
+
+    bool isUpToDate(const FloatArray& values, std::size_t stride) const;
+    void readChanges(FloatArray& values, std::size_t stride);
+    void markRead(FloatArray& values);
+    std::size_t search(const FloatArray& values, const float* value);
+    void enter(std::size_t tuple);
+    void grow(std::size_t additional);
+    void reinsert(Entry entry);
+    bool isDead(const Entry& entry) const { return entry.tuple >= indexed_; }
+
+    std::vector<Entry> entries_;  // A power of two of them.
+    std::size_t used_ = 0;        // Entries that are not unused, dead ones among them.
+    std::size_t indexed_ = 0;     // Tuples that are found through the entries.
+    std::size_t stride_ = 0;
+    std::size_t seenSize_ = 0;  // Floats of the array when it was last read.
+
+    // Where the last search ended: its hash, and the entry for a value that was not found.
+    std::uint32_t missedHash_ = 0;
+    std::size_t missedPlace_ = 0;
+};
+
+}  // namespace vantorix::scene
