@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <string>
 #include <vector>
 
 #include <boost/smart_ptr/shared_ptr.hpp>
@@ -18,6 +19,12 @@ boost::shared_ptr<Item> findItem(const std::vector<boost::shared_ptr<Item>>& lib
         if (item && matches(*item)) return item;
     }
     return {};
+}
+
+template <class Item>
+boost::shared_ptr<Item> findByID(const std::vector<boost::shared_ptr<Item>>& library,
+                                 const std::string& id) {
+    return findItem(library, [&](const Item& item) { return item.getID() == id; });
 }
 
 template <class Item>

@@ -24,6 +24,7 @@ class IClock;
 namespace vantorix::scene {
 
 class CameraInstance;
+class Controller;
 class Effect;
 class Evaluator;
 class GeometryManager;
@@ -33,6 +34,9 @@ class LayerManager;
 class Material;
 class Node;
 class NodeIndex;
+class PhysicsMaterial;
+class PhysicsModel;
+class PhysicsScene;
 class SceneIdentifiers;
 class SceneSync;
 
@@ -171,6 +175,17 @@ public:
     std::string materialLibraryToString() const;
     /// @}
 
+    /// @name Controllers
+    /// Skins and morphs; what moves the scene in real time is a scene controller, see above.
+    /// @{
+    void addController(boost::shared_ptr<Controller> controller);
+    boost::shared_ptr<Controller> getControllerById(std::string id) const;
+    std::vector<boost::shared_ptr<Controller>> getControllersLibrary() const {
+        return controllersLibrary_;
+    }
+    void setControllersLibrary(std::vector<boost::shared_ptr<Controller>> controllers);
+    /// @}
+
     /// @name Evaluators
     /// @{
     void addEvaluator(boost::shared_ptr<Evaluator> evaluator);
@@ -210,6 +225,32 @@ public:
     bool addLight(boost::shared_ptr<Light> light);
     boost::shared_ptr<Light> getLightByID(std::string id) const;
     std::vector<boost::shared_ptr<Light>> getLightLibrary() const { return lightLibrary_; }
+    /// @}
+
+    /// @name Physics description
+    /// @{
+    boost::shared_ptr<PhysicsMaterial> getPhysicsMaterialById(std::string id) const;
+    const std::vector<boost::shared_ptr<PhysicsMaterial>>& getPhysicsMaterialLibrary() const {
+        return physicsMaterialLibrary_;
+    }
+    void setPhysicsMaterialLibrary(std::vector<boost::shared_ptr<PhysicsMaterial>> materials);
+
+    boost::shared_ptr<PhysicsModel> getPhysicsModelById(std::string id) const;
+    const std::vector<boost::shared_ptr<PhysicsModel>>& getPhysicsModelLibrary() const {
+        return physicsModelLibrary_;
+    }
+    void setPhysicsModelLibrary(std::vector<boost::shared_ptr<PhysicsModel>> models);
+
+    boost::shared_ptr<PhysicsScene> getPhysicsSceneById(std::string id) const;
+    const std::vector<boost::shared_ptr<PhysicsScene>>& getPhysicsSceneLibrary() const {
+        return physicsSceneLibrary_;
+    }
+    void setPhysicsSceneLibrary(std::vector<boost::shared_ptr<PhysicsScene>> scenes);
+
+    const std::vector<boost::shared_ptr<PhysicsScene>>& getInstancedPhysicsScenes() const {
+        return instancedPhysicsScenes_;
+    }
+    void setInstancedPhysicsScenes(std::vector<boost::shared_ptr<PhysicsScene>> scenes);
     /// @}
 
 protected:
@@ -260,6 +301,11 @@ private:
     std::vector<boost::shared_ptr<Camera>> cameraLibrary_;
     std::vector<boost::shared_ptr<CameraInstance>> cameraInstances_;
     std::vector<boost::shared_ptr<Light>> lightLibrary_;
+    std::vector<boost::shared_ptr<Controller>> controllersLibrary_;
+    std::vector<boost::shared_ptr<PhysicsMaterial>> physicsMaterialLibrary_;
+    std::vector<boost::shared_ptr<PhysicsModel>> physicsModelLibrary_;
+    std::vector<boost::shared_ptr<PhysicsScene>> physicsSceneLibrary_;
+    std::vector<boost::shared_ptr<PhysicsScene>> instancedPhysicsScenes_;
 };
 
 }  // namespace vantorix::scene

@@ -62,7 +62,7 @@ boost::shared_ptr<Camera> SceneManager::getCameraAt(unsigned int index) const {
 }
 
 boost::shared_ptr<Camera> SceneManager::getCameraByID(std::string id) const {
-    return findItem(cameraLibrary_, [&](const Camera& camera) { return camera.getID() == id; });
+    return findByID(cameraLibrary_, id);
 }
 
 void SceneManager::addCameraInstance(boost::shared_ptr<CameraInstance> instance) {
@@ -104,7 +104,7 @@ bool SceneManager::addLight(boost::shared_ptr<Light> light) {
 }
 
 boost::shared_ptr<Light> SceneManager::getLightByID(std::string id) const {
-    return findItem(lightLibrary_, [&](const Light& light) { return light.getID() == id; });
+    return findByID(lightLibrary_, id);
 }
 
 }  // namespace vantorix::scene

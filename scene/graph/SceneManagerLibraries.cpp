@@ -4,6 +4,7 @@
 
 #include <boost/filesystem/path.hpp>
 
+#include "scene/controller/Controller.h"
 #include "scene/graph/SceneEvents.h"
 #include "scene/graph/SceneLibrary.h"
 #include "scene/graph/SceneManager.h"
@@ -38,7 +39,7 @@ boost::shared_ptr<Image> SceneManager::getImageAt(unsigned int index) const {
 }
 
 boost::shared_ptr<Image> SceneManager::getImageByID(std::string id) const {
-    return findItem(imageLibrary_, [&](const Image& image) { return image.getID() == id; });
+    return findByID(imageLibrary_, id);
 }
 
 boost::shared_ptr<Image> SceneManager::getImageByFilename(std::string fileName) const {
@@ -71,7 +72,7 @@ void SceneManager::removeEffect(boost::shared_ptr<Effect> effect) {
 }
 
 boost::shared_ptr<Effect> SceneManager::getEffectByID(std::string id) const {
-    return findItem(effectLibrary_, [&](const Effect& effect) { return effect.getID() == id; });
+    return findByID(effectLibrary_, id);
 }
 
 boost::shared_ptr<Effect> SceneManager::getEffectByFilename(std::string fileName) const {
@@ -117,6 +118,19 @@ std::string SceneManager::materialLibraryToString() const {
         if (material) text += material->toString() + "\n";
     }
     return text;
+}
+
+void SceneManager::addController(boost::shared_ptr<Controller> controller) {
+    if (controller) controllersLibrary_.push_back(std::move(controller));
+}
+
+boost::shared_ptr<Controller> SceneManager::getControllerById(std::string id) const {
+    return findByID(controllersLibrary_, id);
+}
+
+void SceneManager::setControllersLibrary(std::vector<boost::shared_ptr<Controller>> controllers) {
+    controllersLibrary_ = std::move(controllers);
+    recordIDs(*this, controllersLibrary_);
 }
 
 void SceneManager::addEvaluator(boost::shared_ptr<Evaluator> evaluator) {

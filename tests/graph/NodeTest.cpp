@@ -1,0 +1,328 @@
+#include "scene/graph/Node.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <stdexcept>
+
+#include "core_api/utils/Matrix.h"
+#include "scene/animation/Camera.h"
+#include "scene/animation/Light.h"
+#include "scene/transform/TransformationLookAt.h"
+#include "scene/transform/TransformationMatrix.h"
+#include "scene/transform/TransformationRotate.h"
+#include "scene/transform/TransformationScale.h"
+#include "scene/transform/TransformationSkew.h"
+#include "scene/transform/TransformationTranslate.h"
+#include "tests/support/RecordedScene.h"
+
+namespace vantorix::test {
+namespace {
+
+using core::utils::Matrix;
+using scene::Node;
+using Vector = core::utils::Vector<float, 3>;
+
+constexpr float pi = 3.14159265f;
+
+Eigen::Matrix3f quarterTurnAboutZ() {
+    return Eigen::AngleAxisf(pi / 2, Eigen::Vector3f::UnitZ()).toRotationMatrix();
+}
+
+Eigen::Vector3f originOf(const Eigen::Matrix4f& matrix) { return matrix.topRightCorner<3, 1>(); }
+
+testing::AssertionResult isNear(const Eigen::MatrixXf& actual, const Eigen::MatrixXf& expected) {
+    if ((actual - expected).cwiseAbs().maxCoeff() < 1e-5f) return testing::AssertionSuccess();
+    return testing::AssertionFailure() << actual << "\nis not\n" << expected;
+}
+
+std::string textOf(const Eigen::Matrix4f& matrix) {
+    return Matrix(matrix.data()).toEventDataString();
+}
+
+/// A running scene that records its events, and two nodes that are not attached yet.
+struct TwoNodes : testing::Test {
+    RecordedScene scene;
+    boost::shared_ptr<Node> parent = scene.makeNode("parent");
+    boost::shared_ptr<Node> child = scene.makeNode("child");
+};
+struct NodeHierarchy : TwoNodes {};
+struct NodeTransformation : TwoNodes {};
+struct NodeElements : TwoNodes {};
+struct NodeInstances : TwoNodes {};
+struct NodeLayers : TwoNodes {};
+
+TEST_F(NodeHierarchy, AnAdditionSendsFourEventsInOrder) {
+    child->addTranslation(1, 2, 3);
+    scene.forgetEvents();
+    parent->addNode(child);
+    EXPECT_EQ(scene.eventLines(),
+              Names({"NodeTransformationUpdate|child," + textOf(child->getTransformations()),
+                     "SceneUpdate|", "NodeNewChild|parent,child", "SceneTopologyUpdate|"}));
+    EXPECT_EQ(child->getParent(), parent);
+}
+
+TEST_F(NodeHierarchy, OnlyARemovalThatFindsNothingIsAnnounced) {
+    parent->addNode(child);
+    scene.forgetEvents();
+
+    parent->removeChild(child);
+    EXPECT_EQ(scene.eventNames(), Names());
+    EXPECT_EQ(child->getParent(), parent) << "a removed child still names its old parent";
+    parent->removeChild(child);
+    EXPECT_EQ(scene.eventNames(), Names({"SceneTopologyUpdate"}));
+    parent->removeChild(nullptr);
+    EXPECT_EQ(scene.eventNames().size(), 1u);
+}
+
+TEST_F(NodeHierarchy, NoCircleOfChildrenCanArise) {
+    const auto grandchild = scene.makeNode("grandchild");
+    parent->addNode(child);
+    child->addNode(grandchild);
+    scene.forgetEvents();
+    for (const auto& node : {parent, child, grandchild}) {
+        node->addNode(parent);
+        grandchild->addNode(node);
+    }
+    EXPECT_EQ(parent->getChildCount(), 1u);
+    EXPECT_EQ(grandchild->getChildCount(), 0u);
+    EXPECT_EQ(scene.eventNames(), Names());
+}
+
+TEST_F(NodeHierarchy, PositionsOutsideTheListsThrow) {
+    parent->addNode(child);
+    EXPECT_EQ(parent->getChildNode(0), child);
+    try {
+        parent->getChildNode(1);
+        FAIL();
+    } catch (const std::out_of_range& error) {
+        EXPECT_STREQ(error.what(), "invalid vector<T> subscript");
+    }
+    EXPECT_THROW(parent->getInstanceLight(0), std::out_of_range);
+    EXPECT_THROW(parent->getInstanceGeometry(0), std::out_of_range);
+}
+
+TEST_F(NodeHierarchy, WithoutItsSceneANodeIsReadableButTakesNoChildren) {
+    parent->addNode(child);
+    scene.manager.reset();
+    scene.forgetEvents();
+    const auto other = boost::make_shared<Node>(nullptr);
+    parent->addNode(other);
+    parent->addTranslation(1, 0, 0);
+    parent->addToLayer("anything");
+    parent->removeChild(other);
+    EXPECT_EQ(parent->getChildCount(), 1u);
+    EXPECT_TRUE(isNear(originOf(child->getCombinedTransformations()), Eigen::Vector3f(1, 0, 0)));
+    EXPECT_TRUE(parent->getLayersNames().empty());
+    EXPECT_EQ(scene.eventNames(), Names());
+}
+
+TEST_F(NodeHierarchy, AListenerMayReleaseTheNodesThatItIsToldAbout) {
+    struct Releaser : RecordingEventManager {
+        using RecordingEventManager::triggerEvent;
+        void triggerEvent(core::event::Event event) override {
+            RecordingEventManager::triggerEvent(event);
+            if (event.getEventType().getName() != "NodeTransformationUpdate") return;
+            target.reset();
+            keeper.reset();
+        }
+        boost::shared_ptr<Node> target;
+        boost::shared_ptr<scene::SceneManager> keeper;
+    };
+    const auto releaser = boost::make_shared<Releaser>();
+    releaser->keeper = boost::make_shared<scene::SceneManager>(releaser);
+    releaser->target = boost::make_shared<Node>(releaser->keeper);
+    auto* const target = releaser->target.get();
+    const auto added = boost::make_shared<Node>(releaser->keeper);
+    releaser->forget();
+    target->addNode(added);
+    EXPECT_EQ(releaser->names(), Names({"NodeTransformationUpdate"})) << "then the scene was gone";
+    EXPECT_EQ(added->getParent(), nullptr);
+}
+
+TEST_F(NodeTransformation, WorldMatrixIsParentTimesLocal) {
+    parent->addNode(child);
+    parent->rotate(quarterTurnAboutZ());
+    child->addTranslation(1, 0, 0);
+    EXPECT_TRUE(isNear(originOf(child->getCombinedTransformations()), Eigen::Vector3f(0, 1, 0)));
+    parent->setScale({2, 2, 2});
+    EXPECT_TRUE(isNear(originOf(child->getCombinedTransformations()), Eigen::Vector3f(0, 2, 0)));
+    Eigen::Matrix4f turned = Eigen::Matrix4f::Identity();
+    turned.topLeftCorner<3, 3>() = quarterTurnAboutZ();
+    EXPECT_TRUE(isNear(child->getCombinedRotations(), turned));
+}
+
+TEST_F(NodeTransformation, MovingFollowsTheOwnRotationAndScale) {
+    child->rotate(quarterTurnAboutZ());
+    child->move(1, 0, 0);
+    EXPECT_TRUE(isNear(child->getTranslation().vector(), Eigen::Vector3f(0, 1, 0)));
+    child->scale({2, 2, 2});
+    child->scale({2, 2, 2});
+    EXPECT_EQ(child->getScale(), Eigen::Vector3f(2, 2, 2)) << "a scale replaces the last one";
+    child->move(Eigen::Vector3f(1, 0, 0));
+    EXPECT_TRUE(isNear(child->getTranslation().vector(), Eigen::Vector3f(0, 3, 0)));
+}
+
+TEST_F(NodeTransformation, AScaleInsideAWholeMatrixIsDropped) {
+    Eigen::Matrix4f matrix = Eigen::Matrix4f::Identity();
+    matrix.topLeftCorner<3, 3>() = quarterTurnAboutZ() * 3.0f;
+    matrix.topRightCorner<3, 1>() = Eigen::Vector3f(1, 2, 3);
+    child->setScale({5, 5, 5});
+    child->setTransformations(matrix);
+    EXPECT_EQ(child->getScale(), Eigen::Vector3f(5, 5, 5));
+    EXPECT_TRUE(isNear(child->getRotation().topLeftCorner<3, 3>(), quarterTurnAboutZ()));
+    child->setTransformations(Eigen::Matrix4f::Zero());
+    EXPECT_TRUE(std::isnan(child->getRotation()(0, 0))) << "a zero column is not guarded against";
+}
+
+TEST_F(NodeTransformation, AWholeMatrixMultipliesTheRotationAndAddsItsTranslation) {
+    Eigen::Matrix4f matrix = Eigen::Matrix4f::Identity();
+    matrix.topRightCorner<3, 1>() = Eigen::Vector3f(1, 2, 3);
+    child->addTransformation(matrix);
+    child->addTransformation(matrix);
+    EXPECT_TRUE(isNear(child->getTranslation().vector(), Eigen::Vector3f(2, 4, 6)));
+    EXPECT_TRUE(isNear(originOf(child->getTransformations()), Eigen::Vector3f(4, 8, 12)));
+    child->addTransformation(child->getTransformations());  // Its own matrix as the argument.
+    EXPECT_TRUE(isNear(child->getTranslation().vector(), Eigen::Vector3f(6, 12, 18)));
+}
+
+TEST_F(NodeTransformation, EverySetterAnnouncesTheNewLocalMatrixOnce) {
+    const std::vector<std::function<void()>> setters = {
+        [&] { child->move(1, 0, 0); },
+        [&] { child->addTranslation(1, 0, 0); },
+        [&] { child->setTranslation(Eigen::Translation3f(1, 2, 3)); },
+        [&] { child->rotate(quarterTurnAboutZ()); },
+        [&] { child->addRotation(quarterTurnAboutZ()); },
+        [&] { child->setRotation(Eigen::Matrix4f::Identity()); },
+        [&] { child->scale({1, 2, 3}); },
+        [&] { child->setScale({1, 2, 3}); },
+        [&] { child->addTransformation(Eigen::Matrix4f::Identity().eval()); },
+        [&] { child->addTransformation(boost::make_shared<scene::TransformationMatrix>()); },
+        [&] { child->setTransformations(Eigen::Matrix4f::Identity().eval()); },
+        [&] {
+            child->setTransformations(Eigen::Translation3f(1, 0, 0), Eigen::Matrix4f::Identity());
+        }};
+    for (std::size_t i = 0; i < setters.size(); ++i) {
+        scene.forgetEvents();
+        setters[i]();
+        EXPECT_EQ(scene.eventLines(),
+                  Names({"NodeTransformationUpdate|child," + textOf(child->getTransformations()),
+                         "SceneUpdate|"}))
+            << "setter " << i;
+    }
+}
+
+TEST_F(NodeTransformation, AListenerReadsTheNewWorldMatrix) {
+    struct Reader : core::event::EventManager {
+        using EventManager::triggerEvent;
+        void triggerEvent(core::event::Event) override {
+            if (node) seen = originOf(node->getCombinedTransformations());
+        }
+        boost::shared_ptr<Node> node;
+        Eigen::Vector3f seen;
+    };
+    const auto reader = boost::make_shared<Reader>();
+    scene->setEventManager(reader);
+    parent->addNode(child);
+    child->getCombinedTransformations();
+    reader->node = child;
+    parent->addTranslation(1, 2, 3);
+    EXPECT_EQ(reader->seen, Eigen::Vector3f(1, 2, 3));
+    reader->node.reset();
+}
+
+TEST_F(NodeTransformation, AWorldMatrixEndsAtTheFirstNodeMetTwice) {
+    parent->addTranslation(1, 0, 0);
+    child->addTranslation(0, 1, 0);
+    parent->addNode(child);
+    parent->removeChild(child);
+    child->addNode(parent);  // Each now names the other as its parent.
+    const auto below = scene.makeNode("below");
+    below->addTranslation(0, 0, 1);
+    parent->addNode(below);
+    for (int asked = 0; asked < 2; ++asked) {
+        EXPECT_EQ(originOf(parent->getCombinedTransformations()), Eigen::Vector3f(1, 1, 0));
+        EXPECT_EQ(originOf(child->getCombinedTransformations()), Eigen::Vector3f(1, 1, 0));
+        EXPECT_EQ(originOf(below->getCombinedTransformations()), Eigen::Vector3f(1, 1, 1));
+    }
+    EXPECT_TRUE(isNear(below->getCombinedRotations(), Eigen::Matrix4f::Identity()));
+}
+
+TEST_F(NodeElements, ApplyInTheirOrderAndAreAllListed) {
+    child->addTransformation(
+        boost::make_shared<scene::TransformationTranslate>(Vector(1.0f, 0.0f, 0.0f)));
+    child->addTransformation(
+        boost::make_shared<scene::TransformationRotate>(Vector(0.0f, 0.0f, 2.0f), 90.0f));
+    child->addTransformation(boost::make_shared<scene::TransformationScale>(2.0f, 3.0f, 4.0f));
+    child->addTransformation(boost::make_shared<scene::TransformationLookAt>(
+        Vector(1.0f, 1.0f, 1.0f), Vector(0.0f, 0.0f, 0.0f), Vector(0.0f, 1.0f, 0.0f)));
+    child->addTransformation(boost::make_shared<scene::TransformationSkew>(
+        30.0f, Vector(1.0f, 0.0f, 0.0f), Vector(0.0f, 1.0f, 0.0f)));
+    child->addTransformation(boost::make_shared<scene::TransformationRotate>());
+    child->addTransformation(boost::shared_ptr<scene::ITransformation>());
+    EXPECT_EQ(child->getOriginalTransformations().size(), 6u);
+    EXPECT_TRUE(isNear(child->getTranslation().vector(), Eigen::Vector3f(1, 0, 0)));
+    EXPECT_TRUE(isNear(child->getRotation().topLeftCorner<3, 3>(), quarterTurnAboutZ()));
+    EXPECT_EQ(child->getScale(), Eigen::Vector3f(2, 3, 4));
+}
+
+TEST_F(NodeElements, AMatrixSplitsIntoTranslationRotationAndScale) {
+    Eigen::Matrix4f matrix = Eigen::Matrix4f::Identity();
+    matrix.topLeftCorner<3, 3>() =
+        quarterTurnAboutZ() * Eigen::Vector3f(2, 3, 4).asDiagonal().toDenseMatrix();
+    matrix.topRightCorner<3, 1>() = Eigen::Vector3f(1, 2, 3);
+    child->addTransformation(boost::make_shared<scene::TransformationMatrix>(matrix.data()));
+    EXPECT_TRUE(isNear(child->getTransformations(), matrix));
+    EXPECT_TRUE(isNear(child->getScale(), Eigen::Vector3f(2, 3, 4)));
+    matrix(0, 0) = std::nanf("");
+    child->addTransformation(boost::make_shared<scene::TransformationMatrix>(matrix.data()));
+    EXPECT_TRUE(child->getRotation().allFinite());
+}
+
+TEST_F(NodeInstances, LightsAreAnnouncedAndCamerasAreNot) {
+    using scene::Camera;
+    using scene::Light;
+    scene.forgetEvents();
+    child->addInstanceLight(
+        boost::make_shared<Light>(scene.manager, Light::POINT, "lamp", "a lamp"));
+    child->addInstanceCamera(
+        boost::make_shared<Camera>(scene.manager, Camera::PERSPECTIVE, "eye", "an eye"));
+    child->addInstanceLight(nullptr);
+    child->addInstanceCamera(nullptr);
+    child->addInstanceGeometry(nullptr);
+    child->addInstanceController(nullptr);
+    child->removeInstanceGeometry(nullptr);
+    EXPECT_EQ(scene.eventLines(), Names({"NodeAddedLight|child,lamp"}));
+    EXPECT_EQ(child->getInstanceLight(0)->getID(), "lamp");
+    EXPECT_EQ(child->getInstanceCamera(0)->getID(), "eye");
+    EXPECT_EQ(child->getInstanceLightCount() + child->getInstanceCameraCount(), 2u);
+    EXPECT_EQ(child->getInstanceGeometryCount() + child->getInstanceControllerCount(), 0u);
+}
+
+TEST_F(NodeLayers, AreAnnouncedByNameWhetherOrNotTheyChange) {
+    scene.forgetEvents();
+    child->setVisible(false);
+    EXPECT_FALSE(child->isVisible());
+    child->addToLayer("mine");
+    child->addToLayer(6);
+    child->removeFromLayer("visible");
+    child->setVisible(true);
+    EXPECT_EQ(scene.eventLines(),
+              Names({"NodeAddedLayer|child,hidden", "NodeAddedLayer|child,mine",
+                     "NodeAddedLayer|child,mine", "NodeRemovedLayer|child,visible",
+                     "NodeRemovedLayer|child,hidden"}));
+    EXPECT_EQ(child->getLayers(), std::set<int>({6}));
+}
+
+TEST_F(NodeLayers, AskingForAnUnknownNameRegistersIt) {
+    EXPECT_FALSE(child->inLayer("new"));
+    EXPECT_EQ(child->getLayerName(6), "new");
+    child->addToLayer("new");
+    child->addToLayer("selected");
+    child->addToLayer(77);
+    EXPECT_TRUE(child->inLayer("new"));
+    EXPECT_EQ(child->getLayersNames(), std::set<std::string>({"", "new", "selected"}));
+}
+
+}  // namespace
+}  // namespace vantorix::test

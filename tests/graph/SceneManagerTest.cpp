@@ -1,0 +1,264 @@
+#include "scene/graph/SceneManager.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "core_api/logger/Logger.h"
+#include "core_api/system/MillisecClock.h"
+#include "scene/animation/CameraInstance.h"
+#include "scene/geometry/GeometryManager.h"
+#include "scene/graph/LayerManager.h"
+#include "scene/material/Effect.h"
+#include "scene/material/Evaluator.h"
+#include "scene/material/Image.h"
+#include "scene/material/Material.h"
+#include "scene/material/MaterialParameter.h"
+#include "tests/support/RecordedScene.h"
+
+namespace vantorix::test {
+namespace {
+
+using scene::Camera;
+using scene::CameraInstance;
+using scene::Effect;
+using scene::Image;
+using scene::Light;
+using scene::Material;
+using scene::Node;
+using scene::SceneManager;
+
+struct FreshScene : testing::Test {
+    RecordedScene scene;
+};
+struct SceneIdentity : FreshScene {};
+struct SceneTree : FreshScene {};
+struct SceneLibraries : FreshScene {};
+struct SceneCameras : FreshScene {};
+struct MaterialEvents : FreshScene {
+    void send(const std::string& type, const std::string& payload) const {
+        scene.events->triggerEvent(type, payload);
+    }
+};
+
+TEST_F(SceneIdentity, AFreshSceneHoldsTheDefaultsAndHasAnnouncedThem) {
+    EXPECT_EQ(scene.eventLines(), Names({"SceneUpdate|MaterialList"}));
+    EXPECT_EQ(scene->effectLibraryToString(),
+              "EffectLibrary: (effectID, filename)\ndefaultEffect, default.cgfx\n");
+    EXPECT_EQ(scene->materialLibraryToString(),
+              "Material ID: defaultMaterial, Effect ID: defaultEffect\n\n");
+    EXPECT_EQ(scene->getSceneID(), "defaultSceneID");
+    EXPECT_EQ(scene->getSceneName(), "DefaultScene");
+    EXPECT_EQ(scene->getUpAxis(), scene::Y_UP);
+    EXPECT_EQ(scene->getMeterUnit(), 1.0f);
+}
+
+TEST_F(SceneIdentity, GeneratedIDsAvoidThoseThatCameFromOutside) {
+    EXPECT_EQ(scene->generateID(), "OID0");
+    scene->addID("OID1");
+    scene->addID("OIDX");
+    scene->getRoot()->setID("OID2");
+    scene->getRoot()->setSID("OID3");
+    scene->setSceneID("OID4");
+    scene->setEffectLibrary({boost::make_shared<Effect>("OID5", "f", ""), nullptr});
+    scene->setMaterialList({boost::make_shared<Material>("OID6", "e")});
+    scene->addEffect(boost::make_shared<Effect>("OID7", "f", ""));  // Plain additions do not.
+    EXPECT_EQ(scene->generateID(), "OID7");
+    EXPECT_EQ(scene->generateID(), "OID8");
+}
+
+TEST_F(SceneIdentity, NodesUseTheEventManagerOfTheMoment) {
+    const auto node = scene.makeNode("node");
+    const auto second = boost::make_shared<RecordingEventManager>();
+    scene.forgetEvents();
+    scene->setEventManager(second);
+    EXPECT_EQ(scene->getGeometryManager()->getEventManager(), second);
+    node->triggerTopologyUpdate();
+    EXPECT_EQ(second->names(), Names({"SceneTopologyUpdate"}));
+    boost::weak_ptr<RecordingEventManager> first = scene.events;
+    scene.events.reset();
+    EXPECT_TRUE(first.expired()) << "a replaced event manager is released";
+    scene->stop();
+    node->triggerTopologyUpdate();
+    scene->addMaterial(boost::make_shared<Material>("m", "e"));
+    EXPECT_EQ(second->names().size(), 1u) << "a stopped scene sends nothing";
+    scene.events = second;
+}
+
+TEST_F(SceneTree, TheRootIsMadeOnDemandAndCanBeReplaced) {
+    EXPECT_TRUE(scene->getNodeArray().empty());
+    EXPECT_EQ(scene->getNodeByID("x"), nullptr);
+    const auto root = scene->getRoot();
+    EXPECT_EQ(scene->getNodeArray(), std::vector<boost::shared_ptr<Node>>({root}));
+    scene->setRoot(nullptr);
+    EXPECT_EQ(scene->getRoot(), root);
+    const auto other = scene.makeNode("other");
+    scene->setRoot(other);
+    EXPECT_EQ(scene->getNodeByID("other"), other);
+    EXPECT_EQ(scene->getNodeByID(root->getID()), nullptr);
+}
+
+TEST_F(SceneTree, RemovingByIDLooksForTheName) {
+    const auto node = scene.makeNode("the id");
+    node->setName("the name");
+    scene->getRoot()->addNode(node);
+    scene->removeNodeByID("the id");
+    EXPECT_EQ(scene->getRoot()->getChildCount(), 1u);
+    scene->removeNodeByID("the name");
+    EXPECT_EQ(scene->getRoot()->getChildCount(), 0u);
+    scene->removeNode(scene->getRoot());
+    scene->removeNode(nullptr);
+}
+
+TEST_F(SceneTree, NodesOfAnotherSceneAreFoundUnderTheirPresentID) {
+    const RecordedScene other;
+    const auto guest = other.makeNode("guest");
+    scene->getRoot()->addNode(guest);
+    EXPECT_EQ(scene->getNodeByID("guest"), guest);
+    guest->setID("renamed");
+    EXPECT_EQ(scene->getNodeByID("guest"), nullptr);
+    EXPECT_EQ(scene->getNodeByID("renamed"), guest);
+}
+
+TEST_F(SceneLibraries, ARepeatedImageIsDiscardedOrKeepsItsRepeatedID) {
+    const auto image = boost::make_shared<Image>("id", "a.png", "");
+    scene->addImage(image);
+    scene.forgetEvents();
+    scene->addImage(boost::make_shared<Image>("id", "a.png", ""));
+    EXPECT_EQ(scene->getImageCount(), 1u);
+    EXPECT_EQ(scene.eventNames(), Names());
+    scene->addImage(boost::make_shared<Image>("id", "b.png", ""));
+    EXPECT_EQ(scene->getImageCount(), 2u);
+    EXPECT_EQ(scene->getImageAt(1)->getID(), "id");
+    EXPECT_EQ(scene->getImageAt(2), nullptr);
+    EXPECT_EQ(scene->generateID(), "OID1") << "one was used up";
+    EXPECT_EQ(scene.eventLines(), Names({"SceneUpdate|"}));
+    EXPECT_EQ(scene->getImageByID("id"), image);
+}
+
+TEST_F(SceneLibraries, ImagesAreFoundByBareFileNameFirst) {
+    const auto whole = boost::make_shared<Image>("1", "dir/tex.png", "");
+    const auto bare = boost::make_shared<Image>("2", "tex.png", "");
+    scene->addImage(whole);
+    EXPECT_EQ(scene->getImageByFilename("dir/tex.png"), whole);
+    scene->addImage(bare);
+    EXPECT_EQ(scene->getImageByFilename("dir/tex.png"), bare);
+    EXPECT_EQ(scene->getImageByFilename("elsewhere/tex.png"), bare);
+    EXPECT_EQ(scene->getImageByFilename(""), nullptr);
+}
+
+TEST_F(SceneLibraries, TheSurroundingJoinsTheLibraryOnce) {
+    const auto image = boost::make_shared<Image>("sky", "sky.png", "");
+    scene.forgetEvents();
+    scene->setSurrounding(image);
+    scene->setSurrounding(image);
+    scene->setSurrounding(nullptr);
+    EXPECT_EQ(scene->getImageCount(), 1u);
+    EXPECT_EQ(scene.eventNames(), Names({"SceneUpdate", "SceneSurroundingUpdate",
+                                         "SceneSurroundingUpdate", "SceneSurroundingUpdate"}));
+}
+
+TEST_F(SceneLibraries, RemovingAnEffectTakesItsMaterialsAlong) {
+    scene->addMaterial(boost::make_shared<Material>("other", "otherEffect"));
+    scene->removeEffect(scene->getEffectByID("defaultEffect"));
+    EXPECT_EQ(scene->getEffectLibrary().size(), 0u);
+    EXPECT_EQ(scene->getMaterialWithID("defaultMaterial"), nullptr);
+    EXPECT_NE(scene->getMaterialWithID("other"), nullptr);
+    scene->removeEffect(nullptr);
+}
+
+TEST_F(SceneLibraries, EmptyPointersAreIgnored) {
+    scene.forgetEvents();
+    scene->addImage(nullptr);
+    scene->addMaterial(nullptr);
+    scene->addEffect(nullptr);
+    scene->addEvaluator(nullptr);
+    scene->addSceneController(nullptr);
+    scene->addCameraInstance(nullptr);
+    scene->setClock(nullptr);
+    scene->setGeometryManager(nullptr);
+    EXPECT_FALSE(scene->addLight(nullptr));
+    EXPECT_FALSE(scene->addCamera(nullptr));
+    EXPECT_EQ(scene->getEvaluatorAt(0), nullptr);
+    EXPECT_EQ(scene.eventNames(), Names());
+    EXPECT_NE(scene->getClock(), nullptr);
+    EXPECT_NE(scene->getGeometryManager(), nullptr);
+}
+
+TEST_F(SceneCameras, ANewCameraStandsOnItsNodeWithTheUpAxisUp) {
+    scene->setUpAxis(scene::Z_UP);
+    scene->getRoot();
+    scene.forgetEvents();
+    const auto id = scene->createNewCamera(Camera::PERSPECTIVE, "", "nowhere");
+    const auto camera = scene->getCameraByID(id);
+    const auto instance = scene->getCameraInstanceAt(0);
+    EXPECT_EQ(camera->getName(), "VTCamera");
+    EXPECT_EQ(instance->getCamera(), camera);
+    EXPECT_EQ(scene->getCameraInstanceBySID(instance->getSID()), instance);
+    const auto node = instance->getParentNode();
+    EXPECT_EQ(node->getParent(), scene->getRoot());
+    EXPECT_EQ(node->getInstanceCamera(0), camera);
+    const Eigen::Vector3f up = node->getRotation().block<3, 1>(0, 1);
+    EXPECT_TRUE(up.isApprox(Eigen::Vector3f::UnitZ()));
+    EXPECT_EQ(scene.eventLines().back(), "SceneNewCamera|" + instance->getSID());
+    scene->addCameraInstance(instance);
+    EXPECT_EQ(scene->getCameraInstanceCount(), 2u);
+}
+
+TEST_F(SceneCameras, AnXUpSceneTurnsTheCameraTheOtherWay) {
+    scene->setUpAxis(scene::X_UP);
+    scene->createNewCamera(Camera::ORTHOGRAPHIC, "eye", "");
+    const Eigen::Vector3f up = scene->getNodeByID("eye")->getRotation().block<3, 1>(0, 1);
+    EXPECT_TRUE(up.isApprox(Eigen::Vector3f::UnitX()));
+}
+
+TEST_F(SceneCameras, ALightWithATakenIDIsRefused) {
+    scene->createNewLight(Light::POINT, "lamp", "node", "");
+    EXPECT_EQ(scene->getNodeByID("node")->getName(), "lamp");
+    EXPECT_EQ(scene->getNodeByID("node")->getInstanceLight(0), scene->getLightByID("lamp"));
+    const auto nodes = scene->getNodeArray().size();
+    scene->createNewLight(Light::SPOT, "lamp", "other", "");
+    EXPECT_EQ(scene->getNodeArray().size(), nodes);
+    EXPECT_EQ(scene->getLightLibrary().size(), 1u);
+}
+
+TEST_F(MaterialEvents, MakeEffectsAndMaterialsFromCompletePayloads) {
+    send("L_NewEffect", "fx,file.cgfx");
+    send("L_NewEffect", "incomplete,");
+    send("L_NewMaterial", "OID0,fx");
+    send("L_NewMaterial", "incomplete");
+    EXPECT_EQ(scene->getEffectByID("fx")->getFilename(), "file.cgfx");
+    EXPECT_EQ(scene->getMaterialWithID("OID0")->getEffectID(), "fx");
+    EXPECT_EQ(scene->getEffectByID("incomplete"), nullptr);
+    EXPECT_EQ(scene->getMaterialWithID("incomplete"), nullptr);
+    EXPECT_EQ(scene->generateID(), "OID1");
+    EXPECT_EQ(scene.eventLines().size(), 6u);
+}
+
+TEST_F(MaterialEvents, ATextureParameterHoldsAnImageID) {
+    for (int sent = 0; sent < 2; ++sent) {
+        send("L_MaterialParameterUpdated", "defaultMaterial,tex,dir/a.png,texture");
+    }
+    const auto material = scene->getMaterialWithID("defaultMaterial");
+    ASSERT_EQ(scene->getImageCount(), 1u);
+    EXPECT_EQ(scene->getImageAt(0)->getFilename(), "dir/a.png");
+    EXPECT_EQ(material->getParameterByName("tex")->getValue(), scene->getImageAt(0)->getID());
+    send("L_MaterialParameterUpdated", "defaultMaterial,shine,3,float");
+    EXPECT_EQ(material->getParameterAt(0)->getName(), "shine");
+    send("L_MaterialParameterUpdated", "missing,shine,3,float");
+    EXPECT_EQ(material->getParametersCount(), 2);
+}
+
+TEST_F(MaterialEvents, SwitchTechniquesAndFallSilentAfterStop) {
+    const auto material = scene->getMaterialWithID("defaultMaterial");
+    send("L_MaterialTechniqueChanged", "defaultMaterial,toon");
+    EXPECT_EQ(material->getTechnique(), "toon");
+    send("L_MaterialTechniqueChanged", "defaultMaterial");
+    EXPECT_EQ(material->getTechnique(), "");
+    scene->stop();
+    send("L_MaterialTechniqueChanged", "defaultMaterial,toon");
+    EXPECT_EQ(material->getTechnique(), "");
+}
+
+}  // namespace
+}  // namespace vantorix::test

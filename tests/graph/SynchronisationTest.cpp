@@ -1,0 +1,241 @@
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <boost/thread.hpp>
+#include <stdexcept>
+
+#include "core_api/event/EventBase.h"
+#include "scene/graph/ISceneController.h"
+#include "tests/support/RecordedScene.h"
+
+namespace vantorix::test {
+namespace {
+
+using boost::posix_time::time_duration;
+using scene::Node;
+using scene::SceneManager;
+
+/// Opens once it was reached a number of times; waiting for it needs no sleep.
+class Gate {
+public:
+    void reach() {
+        const boost::lock_guard<boost::mutex> lock(mutex_);
+        ++reached_;
+        changed_.notify_all();
+    }
+
+    bool await(int times) {
+        boost::unique_lock<boost::mutex> lock(mutex_);
+        return changed_.wait_for(lock, boost::chrono::seconds(60),
+                                 [&] { return reached_ >= times; });
+    }
+
+    int count() const {
+        const boost::lock_guard<boost::mutex> lock(mutex_);
+        return reached_;
+    }
+
+private:
+    mutable boost::mutex mutex_;
+    boost::condition_variable changed_;
+    int reached_ = 0;
+};
+
+/// Does what it is told in its update, after its gate was reached.
+class Controller : public scene::ISceneController {
+public:
+    explicit Controller(std::function<bool()> action) : action_(std::move(action)) {}
+
+    bool isReadOnly() override { return false; }
+    void attach(boost::shared_ptr<SceneManager> manager) override { attached = manager; }
+    bool update(time_duration elapsed) override {
+        total = total + elapsed;
+        const bool changed = action_();
+        updated.reach();
+        return changed;
+    }
+
+    Gate updated;
+    boost::weak_ptr<SceneManager> attached;
+    time_duration total;
+
+private:
+    std::function<bool()> action_;
+};
+
+boost::shared_ptr<Controller> makeController(std::function<bool()> action) {
+    return boost::make_shared<Controller>(std::move(action));
+}
+
+/// Calls a function for every "SyncScene".
+class SyncListener : public core::event::EventBase {
+public:
+    SyncListener(const boost::shared_ptr<core::event::EventManager>& manager,
+                 std::function<void()> action)
+        : EventBase(manager), action_(std::move(action)) {
+        registerHandler(core::event::EventType("SyncScene"), [this](const core::event::Event&) {
+            action_();
+            heard.reach();
+        });
+    }
+    Gate heard;
+
+private:
+    std::function<void()> action_;
+};
+
+struct Synchronisation : testing::Test {
+    boost::shared_ptr<core::event::EventManager> events =
+        boost::make_shared<core::event::EventManager>();
+    boost::shared_ptr<SceneManager> scene = boost::make_shared<SceneManager>(events);
+};
+
+TEST_F(Synchronisation, EveryControllerIsUpdatedAndOneChangeAnnouncesTheCycle) {
+    std::atomic<bool> balanced{true};
+    int seen = 0;
+    const auto first = makeController([] { return true; });
+    const auto second = makeController([&] {
+        balanced = balanced && first->updated.count() == seen + 1;
+        ++seen;
+        return false;
+    });
+    SyncListener listener(events, [] {});
+    scene->lockScene();
+    scene->addSceneController(first);
+    scene->addSceneController(second);
+    scene->unlockScene();
+    EXPECT_EQ(first->attached.lock(), scene);
+    ASSERT_TRUE(listener.heard.await(5));
+    scene->stop();
+    EXPECT_TRUE(balanced);
+    EXPECT_EQ(listener.heard.count(), first->updated.count()) << "one event per cycle";
+    EXPECT_FALSE(first->total.is_negative());
+}
+
+TEST_F(Synchronisation, StopEndsTheEventsAndMayBeRepeated) {
+    const auto controller = makeController([] { return true; });
+    SyncListener listener(events, [] {});
+    scene->addSceneController(controller);
+    ASSERT_TRUE(listener.heard.await(1));
+    scene->lockScene();
+    scene->stop();  // By the holder of the scene lock, which the thread may be waiting for.
+    scene->stop();
+    scene->unlockScene();
+    scene->unlockScene();
+    const int heard = listener.heard.count();
+    const int updated = controller->updated.count();
+    scene->getRoot()->triggerTransformationUpdate();
+    boost::this_thread::yield();
+    EXPECT_EQ(listener.heard.count(), heard);
+    EXPECT_EQ(controller->updated.count(), updated);
+}
+
+TEST_F(Synchronisation, AHandlerMayLockTheSceneAndStopIt) {
+    SyncListener listener(events, [&] {
+        scene->lockScene();
+        scene->stop();
+        scene->unlockScene();
+    });
+    scene->addSceneController(makeController([] { return true; }));
+    ASSERT_TRUE(listener.heard.await(1));
+    scene->stop();
+    EXPECT_EQ(listener.heard.count(), 1);
+}
+
+TEST_F(Synchronisation, TheLastReferenceMayGoInsideAHandler) {
+    const boost::weak_ptr<SceneManager> watched = scene;
+    Gate released;
+    SyncListener listener(events, [&] {
+        scene.reset();
+        released.reach();
+    });
+    scene->lockScene();  // The handler must not take the reference that this thread still uses.
+    const auto holder = scene;
+    scene->addSceneController(makeController([] { return true; }));
+    scene->unlockScene();
+    ASSERT_TRUE(released.await(1));
+    listener.setEventManager(nullptr);
+    EXPECT_FALSE(watched.expired());
+}
+
+TEST_F(Synchronisation, TheLastReferenceMayGoInsideAnUpdate) {
+    auto keeper = boost::make_shared<boost::shared_ptr<SceneManager>>();
+    const boost::weak_ptr<SceneManager> watched = scene;
+    Gate start;
+    Gate released;
+    auto controller = makeController([&, keeper] {
+        if (!start.await(1)) return false;
+        keeper->reset();
+        released.reach();
+        return true;
+    });
+    scene->addSceneController(controller);
+    keeper->swap(scene);
+    start.reach();
+    ASSERT_TRUE(released.await(1));
+    EXPECT_TRUE(watched.expired());
+    ASSERT_TRUE(controller->updated.await(1));
+}
+
+TEST_F(Synchronisation, AControllerMayAddRemoveStopAndFail) {
+    const auto victim = makeController([] { return false; });
+    const auto added = makeController([] { return false; });
+    Gate done;
+    const auto editor = makeController([&]() -> bool {
+        scene->removeSceneController(victim);
+        if (done.count() == 0) scene->addSceneController(added);
+        done.reach();
+        throw std::runtime_error("on purpose");
+    });
+    scene->lockScene();  // Both stand in the list before the next cycle begins.
+    scene->addSceneController(editor);
+    scene->addSceneController(victim);
+    scene->unlockScene();
+    ASSERT_TRUE(added->updated.await(2));
+    scene->stop();
+    EXPECT_LE(victim->updated.count(), 1) << "it may have run before the editor came";
+    EXPECT_GE(done.count(), 2) << "a failing controller is asked again";
+}
+
+TEST_F(Synchronisation, HundredsOfScenesComeAndGo) {
+    for (int i = 0; i < 300; ++i) {
+        const auto passing = boost::make_shared<SceneManager>(events);
+        if (i % 3 == 0) passing->stop();
+        if (i % 3 == 1) passing->getRoot()->addNode(boost::make_shared<Node>(passing));
+    }
+}
+
+TEST_F(Synchronisation, ThreadsEditUnderTheLockWhileControllersMoveNodes) {
+    const auto root = scene->getRoot();
+    const auto controller = makeController([root] {
+        root->addTranslation(1, 0, 0);
+        return true;
+    });
+    scene->addSceneController(controller);
+    boost::thread_group editors;
+    for (int thread = 0; thread < 3; ++thread) {
+        editors.create_thread([&] {
+            for (int i = 0; i < 200; ++i) {
+                const auto node = boost::make_shared<Node>(scene);
+                scene->lockScene();
+                root->addNode(node);
+                node->getCombinedTransformations();
+                if (i % 2 == 0) scene->removeNode(node);
+                scene->unlockScene();
+            }
+        });
+    }
+    boost::thread swapper([&] {
+        for (int i = 0; i < 50; ++i) {
+            scene->setEventManager(boost::make_shared<core::event::EventManager>());
+        }
+    });
+    editors.join_all();
+    swapper.join();
+    ASSERT_TRUE(controller->updated.await(1));
+    scene->stop();
+    EXPECT_EQ(root->getChildCount(), 300u);
+}
+
+}  // namespace
+}  // namespace vantorix::test
