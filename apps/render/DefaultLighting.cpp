@@ -6,6 +6,7 @@ namespace vantorix::apps::render {
 namespace {
 
 constexpr float mostArriving = 1.5f;
+constexpr float leastAmbience = 0.03f;
 
 /// @p towards is given as the viewer sees it: x to the right, y up, z to the viewer.
 LightSource distantLight(const Viewpoint& viewpoint, const Eigen::Vector3d& towards, float power) {
@@ -25,28 +26,23 @@ float arriving(const LightSource& light, const Eigen::Vector3d& point) {
 
 }  // namespace
 
-Lighting defaultLighting(const Viewpoint& viewpoint) {
-    Lighting lighting;
-    lighting.ambient.setConstant(0.1f);
-    lighting.sources.push_back(distantLight(viewpoint, {-0.5, 0.8, 0.7}, 0.8f));
-    lighting.sources.push_back(distantLight(viewpoint, {0.3, -0.1, 1.0}, 0.35f));
-    return lighting;
-}
-
 void helpByDefaultLight(const Viewpoint& viewpoint, Lighting& lighting) {
-    const Lighting help = defaultLighting(viewpoint);
-    lighting.ambient += help.ambient;
+    lighting.ambient.array() += 0.14f;
     // In front: a shader takes only so many lights.
-    lighting.sources.insert(lighting.sources.begin(), help.sources.begin(), help.sources.end());
+    lighting.sources.insert(lighting.sources.begin(),
+                            {distantLight(viewpoint, {-0.5, 0.8, 0.7}, 0.85f),
+                             distantLight(viewpoint, {0.3, -0.1, 1.0}, 0.4f)});
 }
 
-void limitExposure(const Eigen::Vector3d& point, Lighting& lighting) {
+void balanceExposure(const Eigen::Vector3d& point, Lighting& lighting) {
     float sum = lighting.ambient.maxCoeff();
     for (const auto& light : lighting.sources) sum += arriving(light, point);
-    if (!(sum > mostArriving)) return;
-    const float factor = mostArriving / sum;
-    lighting.ambient *= factor;
-    for (auto& light : lighting.sources) light.colour *= factor;
+    if (sum > mostArriving) {
+        const float factor = mostArriving / sum;
+        lighting.ambient *= factor;
+        for (auto& light : lighting.sources) light.colour *= factor;
+    }
+    lighting.ambient = lighting.ambient.cwiseMax(leastAmbience);
 }
 
 }  // namespace vantorix::apps::render

@@ -4,14 +4,12 @@
 
 namespace vantorix::apps::render {
 
-/// A key light over the viewer's left shoulder, a weaker one at the eye, and a little ambience.
-Lighting defaultLighting(const Viewpoint& viewpoint);
-
-/// Adds the default light to what @p lighting has.
+/// Adds a key light over the viewer's left shoulder, a weaker one at the eye, and a little
+/// ambience.
 void helpByDefaultLight(const Viewpoint& viewpoint, Lighting& lighting);
 
 /// Dims all lights together where they would leave nothing but white at @p point: files state
-/// brightness in units of many sizes.
-void limitExposure(const Eigen::Vector3d& point, Lighting& lighting);
+/// brightness in units of many sizes. Adds the least ambience that shows shapes in the shade.
+void balanceExposure(const Eigen::Vector3d& point, Lighting& lighting);
 
 }  // namespace vantorix::apps::render

@@ -58,6 +58,16 @@ Vector3d cornerOf(const Box& box, int corner) {
 
 bool isPositive(double value) { return std::isfinite(value) && value > 0.0; }
 
+/// Lengths of a lens are those of the node that it stands at.
+Lens scaled(Lens lens, const Matrix4d& world) {
+    const double depth = world.block<3, 1>(0, 2).stableNorm();
+    const double height = world.block<3, 1>(0, 1).stableNorm();
+    lens.zNear *= depth;
+    lens.zFar *= depth;
+    if (lens.orthographic) lens.yFov *= height;
+    return lens;
+}
+
 Lens usable(Lens lens) {
     const Lens standard;
     if (!isPositive(lens.yFov)) lens.yFov = lens.orthographic ? 1.0 : standard.yFov;
@@ -118,7 +128,7 @@ Viewpoint frame(const Box& box, int upAxis, double aspect) {
 }
 
 Viewpoint throughLens(const Lens& given, const Matrix4d& world, double aspect) {
-    const Lens lens = usable(given);
+    const Lens lens = usable(scaled(given, world));
     Vector3d back = world.block<3, 1>(0, 2).stableNormalized();
     if (!back.allFinite() || back.isZero()) back = Vector3d::UnitZ();
     Vector3d right = world.block<3, 1>(0, 1).cross(back).stableNormalized();

@@ -30,8 +30,8 @@ Box boundsOf(const DrawList& list);
 /// @param aspect width of the picture by its height.
 Viewpoint frame(const Box& box, int upAxis, double aspect);
 
-/// The view of a camera that looks along -z of @p world with y up. Scale and shear in @p world
-/// are ignored; values that show nothing at all are replaced.
+/// The view of a camera that looks along -z of @p world with y up. Scale in @p world changes the
+/// lengths of the lens, shear is ignored; values that show nothing at all are replaced.
 Viewpoint throughLens(const Lens& lens, const Eigen::Matrix4d& world, double aspect);
 
 }  // namespace vantorix::apps::render

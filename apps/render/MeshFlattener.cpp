@@ -49,9 +49,19 @@ public:
         corners_.insert(corners_.end(), std::begin(face), std::end(face));
     }
 
-    Corners take() { return std::move(corners_); }
+    Corners take() {
+        ignoreUnsetColours();
+        return std::move(corners_);
+    }
 
 private:
+    /// Files that have room for colours but set none leave zeros: nobody paints to be invisible.
+    void ignoreUnsetColours() {
+        const auto isClear = [](const Corner& corner) { return corner.colour[3] == 0; };
+        if (!std::all_of(corners_.begin(), corners_.end(), isClear)) return;
+        for (auto& corner : corners_) std::fill_n(corner.colour, 4, std::uint8_t{255});
+    }
+
     const CornerReader& reader_;
     Corners corners_;
 };

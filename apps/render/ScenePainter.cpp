@@ -38,21 +38,23 @@ ScenePainter::ScenePainter() = default;
 
 ScenePainter::~ScenePainter() = default;
 
-void ScenePainter::paint(const DrawList& list, const Viewpoint& viewpoint, VertexStore& vertices,
+void ScenePainter::paint(const std::vector<DrawItem>& items, const Lighting& lighting,
+                         const Viewpoint& viewpoint, VertexStore& vertices,
                          TextureStore& textures) {
     glEnable(GL_DEPTH_TEST);
     glBlendFunc(GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
     glActiveTexture(GL_TEXTURE0);
     current_ = nullptr;
-    for (const auto& call : plan(list, viewpoint, textures)) {
-        draw(call, viewpoint, list.lighting, vertices);
+    for (const auto& call : plan(items, viewpoint, textures)) {
+        draw(call, viewpoint, lighting, vertices);
     }
 }
 
-std::vector<ScenePainter::Call> ScenePainter::plan(const DrawList& list, const Viewpoint& viewpoint,
+std::vector<ScenePainter::Call> ScenePainter::plan(const std::vector<DrawItem>& items,
+                                                   const Viewpoint& viewpoint,
                                                    TextureStore& textures) {
     std::vector<Call> calls;
-    for (const auto& item : list.items) {
+    for (const auto& item : items) {
         const auto texture = textures.get(item.surface.imageId);
         const auto variant = variantFor(texture, item.surface);
         const double depth = (viewpoint.view * item.world.col(3)).z();

@@ -13,9 +13,10 @@ namespace vantorix::apps::render {
 class TextureStore;
 class VertexStore;
 struct DrawItem;
-struct DrawList;
+struct Lighting;
+struct Viewpoint;
 
-/// Draws a DrawList into the current target: opaque items first, then the transparent ones from
+/// Draws items into the current target: opaque items first, then the transparent ones from
 /// the farthest node to the nearest. Keeps its shaders from one picture to the next.
 class ScenePainter {
 public:
@@ -26,13 +27,13 @@ public:
     ScenePainter& operator=(const ScenePainter&) = delete;
 
     /// @throws RenderError when a shader cannot be built.
-    void paint(const DrawList& list, const Viewpoint& viewpoint, VertexStore& vertices,
-               TextureStore& textures);
+    void paint(const std::vector<DrawItem>& items, const Lighting& lighting,
+               const Viewpoint& viewpoint, VertexStore& vertices, TextureStore& textures);
 
 private:
     struct Call;
 
-    static std::vector<Call> plan(const DrawList& list, const Viewpoint& viewpoint,
+    static std::vector<Call> plan(const std::vector<DrawItem>& items, const Viewpoint& viewpoint,
                                   TextureStore& textures);
     void draw(const Call& call, const Viewpoint& viewpoint, const Lighting& lighting,
               VertexStore& vertices);

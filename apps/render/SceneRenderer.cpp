@@ -13,15 +13,17 @@
 namespace vantorix::apps::render {
 namespace {
 
-/// Channel values up to this look black on any screen.
-constexpr std::uint8_t blackest = 10;
+/// Channel values that the least ambience gives to a white surface that no light reaches.
+constexpr std::uint8_t darkest = 46;
 
-bool isBlack(const Picture& picture) {
+/// Whether light reaches less than one visible pixel in ten.
+bool isDark(const Picture& picture, std::size_t coveredPixels) {
+    std::size_t bright = 0;
     for (std::size_t i = 0; i < picture.rgba.size(); i += 4) {
         const auto* pixel = picture.rgba.data() + i;
-        if (pixel[3] != 0 && std::max({pixel[0], pixel[1], pixel[2]}) > blackest) return false;
+        bright += std::max({pixel[0], pixel[1], pixel[2]}) > darkest;
     }
-    return true;
+    return bright * 10 < coveredPixels;
 }
 
 bool isMeant(const CameraPlace& place, const std::string& camera) {
@@ -46,58 +48,74 @@ const CameraPlace& placeFor(const std::string& camera, const std::vector<CameraP
     refuseCamera(camera, places);
 }
 
-Viewpoint viewpointFor(const SceneContents& contents, const View& view) {
-    const double aspect = static_cast<double>(view.width) / std::max(view.height, 1);
-    const auto through = [&](const CameraPlace& place) {
-        return throughLens(place.lens, place.world, aspect);
-    };
-    if (!view.camera.empty()) return through(placeFor(view.camera, contents.cameras));
-    if (!view.framed && !contents.cameras.empty()) return through(contents.cameras.front());
-    return frame(contents.box, contents.upAxis, aspect);
+double aspectOf(const View& view) {
+    return static_cast<double>(view.width) / std::max(view.height, 1);
 }
+
+/// The camera to look through; null to show everything.
+const CameraPlace* cameraFor(const SceneContents& contents, const View& view) {
+    if (!view.camera.empty()) return &placeFor(view.camera, contents.cameras);
+    return view.framed || contents.cameras.empty() ? nullptr : &contents.cameras.front();
+}
+
+Eigen::Vector3d centreOf(const Box& box) { return box.least + (box.most - box.least) * 0.5; }
 
 }  // namespace
 
 class SceneRenderer::Implementation {
 public:
-    Rendering render(SceneContents contents, const ImageSource& images, const View& view) {
-        const Viewpoint viewpoint = viewpointFor(contents, view);
-        Scene scene(images);
-        Lighting& lighting = contents.list.lighting;
-        limitExposure(contents.box.least + (contents.box.most - contents.box.least) * 0.5,
-                      lighting);
+    Rendering render(const SceneContents& contents, const ImageSource& images, const View& view) {
+        Pass pass{contents, view, RenderTarget(view.width, view.height), TextureStore(images), {}};
+        const CameraPlace* const camera = cameraFor(contents, view);
         Rendering rendering;
-        rendering.usedDefaultLight = lighting.sources.empty();
-        if (rendering.usedDefaultLight) helpByDefaultLight(viewpoint, lighting);
-
-        const RenderTarget target(view.width, view.height);
-        rendering.picture = draw(contents.list, viewpoint, target, scene);
-        rendering.coveredPixels = countCovered(rendering.picture);
-        if (!rendering.usedDefaultLight && rendering.coveredPixels > 0 &&
-            isBlack(rendering.picture)) {
-            rendering.usedDefaultLight = true;
-            helpByDefaultLight(viewpoint, lighting);
-            rendering.picture = draw(contents.list, viewpoint, target, scene);
+        if (camera)
+            rendering = draw(throughLens(camera->lens, camera->world, aspectOf(view)), pass);
+        const bool isWanted = view.camera.empty() && !contents.list.items.empty();
+        if (!camera || (rendering.coveredPixels == 0 && isWanted)) {
+            rendering = draw(frame(contents.box, contents.upAxis, aspectOf(view)), pass);
+            if (camera) {
+                rendering.notes.push_back("camera \"" + camera->id +
+                                          "\" shows nothing; the whole model is shown instead");
+            }
         }
-        rendering.notes = scene.textures.getNotes();
+        const auto& unread = pass.textures.getNotes();
+        rendering.notes.insert(rendering.notes.end(), unread.begin(), unread.end());
         return rendering;
     }
 
     std::string describe() const { return context_.describe(); }
 
 private:
-    /// What the driver holds for one scene.
-    struct Scene {
-        explicit Scene(const ImageSource& images) : textures(images) {}
+    /// All that pictures of one scene share.
+    struct Pass {
+        const SceneContents& contents;
+        const View& view;
+        RenderTarget target;
         TextureStore textures;
         VertexStore vertices;
     };
 
-    Picture draw(const DrawList& list, const Viewpoint& viewpoint, const RenderTarget& target,
-                 Scene& scene) {
-        target.begin();
-        painter_.paint(list, viewpoint, scene.vertices, scene.textures);
-        return target.read();
+    Rendering draw(const Viewpoint& viewpoint, Pass& pass) {
+        Lighting lighting = pass.contents.list.lighting;
+        balanceExposure(centreOf(pass.contents.box), lighting);
+        Rendering rendering;
+        rendering.usedDefaultLight = lighting.sources.empty();
+        if (rendering.usedDefaultLight) helpByDefaultLight(viewpoint, lighting);
+        rendering.picture = paint(viewpoint, lighting, pass);
+        rendering.coveredPixels = countCovered(rendering.picture);
+        if (rendering.usedDefaultLight || !isDark(rendering.picture, rendering.coveredPixels)) {
+            return rendering;
+        }
+        helpByDefaultLight(viewpoint, lighting);
+        rendering.usedDefaultLight = true;
+        rendering.picture = paint(viewpoint, lighting, pass);
+        return rendering;
+    }
+
+    Picture paint(const Viewpoint& viewpoint, const Lighting& lighting, Pass& pass) {
+        pass.target.begin();
+        painter_.paint(pass.contents.list.items, lighting, viewpoint, pass.vertices, pass.textures);
+        return pass.target.read();
     }
 
     OffscreenContext context_;  // First: the painter needs it.

@@ -25,9 +25,10 @@ public:
 struct View {
     int width = 800;
     int height = 600;
-    /// ID, SID, name, node ID or node name of a camera. Empty: the scene's first camera.
+    /// ID, SID, name, node ID or node name of a camera. Empty: the scene's first camera, or where
+    /// that shows nothing, everything in a three-quarter view.
     std::string camera;
-    /// Shows everything in a three-quarter view, as in a scene without cameras.
+    /// Shows everything, as in a scene without cameras.
     bool framed = false;
 };
 
@@ -36,7 +37,7 @@ struct Rendering {
     Picture picture;  ///< Without background; colours are multiplied by their alpha.
     std::size_t coveredPixels = 0;
     bool usedDefaultLight = false;
-    std::vector<std::string> notes;  ///< Images that could not be read, one line each.
+    std::vector<std::string> notes;  ///< What could not be done as asked, one line each.
 };
 
 /// Draws scenes without a display. Only one may exist at a time; used by the thread that made it.
@@ -50,7 +51,7 @@ public:
     SceneRenderer& operator=(const SceneRenderer&) = delete;
 
     /// A lit, textured, antialiased picture. When the scene has no lights, or its lights leave
-    /// every visible pixel black, a default light helps.
+    /// nearly every visible pixel black, a default light helps.
     /// @param images is asked for each image once.
     /// @throws RenderError when the driver cannot make the picture, UnknownCamera.
     Rendering render(scene::SceneManager& scene, const ImageSource& images, const View& view);

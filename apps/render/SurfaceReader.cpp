@@ -93,8 +93,9 @@ void readAlpha(const Parameters& parameters, Surface& surface) {
     surface.alphaCutoff = unit(parameters.number("alphaCutoff", surface.alphaCutoff));
     if (mode == "MASK") surface.alpha = Surface::CUT;
     if (mode == "OPAQUE") surface.alpha = Surface::IGNORED;
-    const float opacity = parameters.number("opacity", 1.0f) * parameters.alpha("diffuse");
-    surface.colour.w() = mode == "OPAQUE" ? 1.0f : unit(opacity);
+    // Elsewhere the fourth number of a colour says nothing about opacity.
+    const float otherwise = mode.empty() ? 1.0f : parameters.alpha("diffuse");
+    surface.colour.w() = mode == "OPAQUE" ? 1.0f : unit(parameters.number("opacity", otherwise));
 }
 
 }  // namespace

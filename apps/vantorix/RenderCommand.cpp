@@ -78,11 +78,13 @@ void RenderCommand::declare(CLI::App& app) {
                    "two for a gradient (TOP,BOTTOM); without value the default, a light gradient")
         ->type_name("COLOR")
         ->expected(0, 1);
-    app.description(std::string(getSummary()) +
-                    "\n\nLooks through the model's first camera; a model without cameras is framed "
-                    "by its bounding volume.\nSeveral models share the picture as a grid, row by "
-                    "row. A model without light, or too little of it, gets\na default light. A "
-                    "picture in which nothing is visible is written all the same, with a warning.");
+    app.description(
+        std::string(getSummary()) +
+        "\n\nLooks through the model's first camera; a model without cameras, or whose camera "
+        "shows nothing, is framed by its bounding volume.\nSeveral models share the picture as a "
+        "grid, row by "
+        "row. A model without light, or too little of it, gets\na default light. A "
+        "picture in which nothing is visible is written all the same, with a warning.");
     declareExamples(app, {"vantorix render robot.glb -o robot.png",
                           "vantorix render robot.glb -o robot.png --size 1920x1080 --camera front",
                           "vantorix render robot.glb -o robot.png --background transparent",
@@ -147,13 +149,13 @@ void RenderCommand::report(const std::string& file, const render::Rendering& ren
     }
     if (notes.size() > mostNotes) {
         console.warn(printable(file) +
-                     fmt::format(": {} more textures cannot be used", notes.size() - mostNotes));
+                     fmt::format(": {} more lines like these", notes.size() - mostNotes));
     }
     if (rendering.coveredPixels == 0) reportNothingVisible(file, console);
 }
 
 void RenderCommand::reportNothingVisible(const std::string& file, const Console& console) const {
-    const char* const advice = view_.framed ? "" : "; --frame shows the whole model";
+    const char* const advice = view_.camera.empty() ? "" : "; --frame shows the whole model";
     console.warn(printable(file) + ": nothing is visible in the picture" + advice);
 }
 
