@@ -63,16 +63,15 @@ bool NodeIndex::build(View& view, Node& root) {
 }
 
 void NodeIndex::attached(Node& child) {
-    if (lists(child)) return;  // It hangs in the tree already, and so does all below it.
     NodeWalk walk(child, NodeWalk::SKIP_REPEATS);
     for (Node* node = walk.next(); node; node = walk.next()) {
         if (!list(*node)) return drop();
     }
 }
 
+// A node that already hangs elsewhere in the tree may now come earlier than its namesakes.
 bool NodeIndex::list(Node& node) {
-    if (node.liveScene() != scene_) return false;
-    if (lists(node)) return true;
+    if (node.liveScene() != scene_ || lists(node)) return false;
     node.indexGeneration_ = generation_;
     if (ids_.built) ids_.table.insert(&node);
     if (names_.built) names_.table.insert(&node);

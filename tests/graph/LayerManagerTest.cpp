@@ -1,8 +1,7 @@
-#include "scene/graph/LayerManager.h"
-
+#include <boost/make_shared.hpp>
 #include <gtest/gtest.h>
 
-#include <boost/make_shared.hpp>
+#include "scene/graph/LayerManager.h"
 
 namespace vantorix::test {
 namespace {

@@ -1,13 +1,13 @@
-#include "scene/graph/Node.h"
-
-#include <gtest/gtest.h>
-
 #include <cmath>
 #include <stdexcept>
 
+#include <gtest/gtest.h>
+
 #include "core_api/utils/Matrix.h"
+
 #include "scene/animation/Camera.h"
 #include "scene/animation/Light.h"
+#include "scene/graph/Node.h"
 #include "scene/transform/TransformationLookAt.h"
 #include "scene/transform/TransformationMatrix.h"
 #include "scene/transform/TransformationRotate.h"
@@ -194,8 +194,12 @@ TEST_F(NodeTransformation, EverySetterAnnouncesTheNewLocalMatrixOnce) {
         [&] { child->rotate(quarterTurnAboutZ()); },
         [&] { child->addRotation(quarterTurnAboutZ()); },
         [&] { child->setRotation(Eigen::Matrix4f::Identity()); },
-        [&] { child->scale({1, 2, 3}); },
-        [&] { child->setScale({1, 2, 3}); },
+        [&] {
+            child->scale({1, 2, 3});
+        },
+        [&] {
+            child->setScale({1, 2, 3});
+        },
         [&] { child->addTransformation(Eigen::Matrix4f::Identity().eval()); },
         [&] { child->addTransformation(boost::make_shared<scene::TransformationMatrix>()); },
         [&] { child->setTransformations(Eigen::Matrix4f::Identity().eval()); },

@@ -1,14 +1,14 @@
-#include "scene/graph/SceneManager.h"
+#include <sstream>
 
 #include <gtest/gtest.h>
 
-#include <sstream>
-
 #include "core_api/logger/Logger.h"
 #include "core_api/system/MillisecClock.h"
+
 #include "scene/animation/CameraInstance.h"
 #include "scene/geometry/GeometryManager.h"
 #include "scene/graph/LayerManager.h"
+#include "scene/graph/SceneManager.h"
 #include "scene/material/Effect.h"
 #include "scene/material/Evaluator.h"
 #include "scene/material/Image.h"

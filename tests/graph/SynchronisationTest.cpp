@@ -1,10 +1,11 @@
-#include <gtest/gtest.h>
-
 #include <atomic>
-#include <boost/thread.hpp>
 #include <stdexcept>
 
+#include <boost/thread.hpp>
+#include <gtest/gtest.h>
+
 #include "core_api/event/EventBase.h"
+
 #include "scene/graph/ISceneController.h"
 #include "tests/support/RecordedScene.h"
 
@@ -143,19 +144,17 @@ TEST_F(Synchronisation, AHandlerMayLockTheSceneAndStopIt) {
 }
 
 TEST_F(Synchronisation, TheLastReferenceMayGoInsideAHandler) {
+    boost::shared_ptr<SceneManager> keeper;
     const boost::weak_ptr<SceneManager> watched = scene;
-    Gate released;
+    Gate start;
     SyncListener listener(events, [&] {
-        scene.reset();
-        released.reach();
+        if (start.await(1)) keeper.reset();
     });
-    scene->lockScene();  // The handler must not take the reference that this thread still uses.
-    const auto holder = scene;
     scene->addSceneController(makeController([] { return true; }));
-    scene->unlockScene();
-    ASSERT_TRUE(released.await(1));
-    listener.setEventManager(nullptr);
-    EXPECT_FALSE(watched.expired());
+    keeper.swap(scene);
+    start.reach();
+    ASSERT_TRUE(listener.heard.await(1));
+    EXPECT_TRUE(watched.expired());
 }
 
 TEST_F(Synchronisation, TheLastReferenceMayGoInsideAnUpdate) {

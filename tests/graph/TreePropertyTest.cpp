@@ -1,11 +1,12 @@
-#include <gtest/gtest.h>
-
 #include <map>
 #include <random>
 #include <set>
 
+#include <gtest/gtest.h>
+
 #include "core_api/event/EventBase.h"
 #include "core_api/utils/Matrix.h"
+
 #include "tests/support/RecordedScene.h"
 
 namespace vantorix::test {
@@ -134,26 +135,42 @@ public:
             case 0:
             case 1:
             case 2:
-            case 3: add(a, b); break;
-            case 4: remove(a, b); break;
-            case 5: removeFromParent(a); break;
-            case 6: rename(a); break;
+            case 3:
+                add(a, b);
+                break;
+            case 4:
+                remove(a, b);
+                break;
+            case 5:
+                removeFromParent(a);
+                break;
+            case 6:
+                rename(a);
+                break;
             case 7:
-            case 8: move(a); break;
-            case 9: remember(boost::make_shared<Node>(scene_)); break;
-            case 10: release(a); break;
-            default: if (pick(20) == 0) setRoot(a);
+            case 8:
+                move(a);
+                break;
+            case 9:
+                remember(boost::make_shared<Node>(scene_));
+                break;
+            case 10:
+                release(a);
+                break;
+            default:
+                if (pick(20) == 0) setRoot(a);
         }
     }
 
     void compare() {
-        const auto& text = texts()[static_cast<std::size_t>(pick(static_cast<int>(texts().size())))];
-        EXPECT_EQ(indexOf(scene_->getNodeByID(text)),
-                  tree_.find(tree_.root, text, &PlainNode::id));
+        const auto& text =
+            texts()[static_cast<std::size_t>(pick(static_cast<int>(texts().size())))];
+        EXPECT_EQ(indexOf(scene_->getNodeByID(text)), tree_.find(tree_.root, text, &PlainNode::id));
         EXPECT_EQ(indexOf(scene_->getNodeByName(text)),
                   tree_.find(tree_.root, text, &PlainNode::name));
         const int node = aliveNode();
-        const auto world = weak_[static_cast<std::size_t>(node)].lock()->getCombinedTransformations();
+        const auto world =
+            weak_[static_cast<std::size_t>(node)].lock()->getCombinedTransformations();
         EXPECT_EQ(Eigen::Vector3f(world.topRightCorner<3, 1>()), tree_.worldOrigin(node));
     }
 
@@ -241,7 +258,8 @@ private:
     }
 
     void rename(int node) {
-        const auto& text = texts()[static_cast<std::size_t>(pick(static_cast<int>(texts().size())))];
+        const auto& text =
+            texts()[static_cast<std::size_t>(pick(static_cast<int>(texts().size())))];
         if (pick(2) == 0) {
             tree_.nodes[static_cast<std::size_t>(node)].id = text;
             live(node)->setID(text);
@@ -281,8 +299,8 @@ class Listener : public core::event::EventBase {
 public:
     explicit Listener(const boost::shared_ptr<core::event::EventManager>& manager)
         : EventBase(manager) {
-        for (const auto* type : {"NodeTransformationUpdate", "SceneUpdate", "NodeNewChild",
-                                 "SceneTopologyUpdate"}) {
+        for (const auto* type :
+             {"NodeTransformationUpdate", "SceneUpdate", "NodeNewChild", "SceneTopologyUpdate"}) {
             registerHandler(core::event::EventType(type), [this](const core::event::Event& event) {
                 lines.push_back(event.getEventType().getName() + "|" +
                                 event.getEventData().toString());

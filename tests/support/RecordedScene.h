@@ -1,15 +1,17 @@
 #pragma once
 
 #include <algorithm>
-#include <boost/make_shared.hpp>
-#include <boost/thread/lock_guard.hpp>
-#include <boost/thread/mutex.hpp>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include <boost/make_shared.hpp>
+#include <boost/thread/lock_guard.hpp>
+#include <boost/thread/mutex.hpp>
+
 #include "core_api/event/Event.h"
 #include "core_api/event/EventManager.h"
+
 #include "scene/graph/Node.h"
 #include "scene/graph/SceneManager.h"
 
