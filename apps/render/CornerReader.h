@@ -25,6 +25,8 @@ public:
     /// is missing gets neutral values: no normal, texture coordinates 0, white.
     bool read(std::size_t start, Corner& corner) const;
 
+    bool hasTexCoords() const { return texCoord_.values != nullptr; }
+
 private:
     /// Where one kind of value comes from.
     struct Source {

@@ -37,7 +37,7 @@ struct Surface {
     Eigen::Vector3f specular{0.0f, 0.0f, 0.0f};
     float shininess = 20.0f;
     std::string imageId;  ///< Empty: no texture.
-    int texCoordSet = 0;
+    int texCoordSet = 0;  ///< 0 to 7.
     Alpha alpha = BLENDED;
     float alphaCutoff = 0.5f;
     bool unlit = false;  ///< The colour is shown as it is.

@@ -90,8 +90,8 @@ void addPolygons(const std::vector<unsigned int>& polygons, std::size_t indexCou
 
 }  // namespace
 
-Corners flatten(const scene::Mesh& mesh, scene::IMeshPrimitive& primitive,
-                scene::StreamSemantic texCoords) {
+FlatPrimitive flatten(const scene::Mesh& mesh, scene::IMeshPrimitive& primitive,
+                      scene::StreamSemantic texCoords) {
     const int stride = primitive.getIndexStreamStride();
     if (stride <= 0) return {};
     const CornerReader reader(mesh, primitive, texCoords);
@@ -103,7 +103,7 @@ Corners flatten(const scene::Mesh& mesh, scene::IMeshPrimitive& primitive,
     } else if (primitive.getType() == scene::IMeshPrimitive::TRIANGLES) {
         addTriangles(indexCount, step, flattening);
     }
-    return flattening.take();
+    return {flattening.take(), reader.hasTexCoords()};
 }
 
 }  // namespace vantorix::apps::render

@@ -10,10 +10,16 @@ class Mesh;
 
 namespace vantorix::apps::render {
 
+/// What can be drawn of a mesh primitive.
+struct FlatPrimitive {
+    Corners corners;
+    bool hasTexCoords = false;  ///< Without, a texture would show one of its pixels everywhere.
+};
+
 /// The faces of @p primitive as triangles, polygons as fans around their first corner. A corner
 /// without normal takes that of its face; faces whose positions cannot be read are left out.
 /// @param texCoords the set to take texture coordinates from.
-Corners flatten(const scene::Mesh& mesh, scene::IMeshPrimitive& primitive,
-                scene::StreamSemantic texCoords);
+FlatPrimitive flatten(const scene::Mesh& mesh, scene::IMeshPrimitive& primitive,
+                      scene::StreamSemantic texCoords);
 
 }  // namespace vantorix::apps::render

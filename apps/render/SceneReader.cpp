@@ -30,7 +30,7 @@ Eigen::Matrix4d worldOf(const Node& node) {
 }
 
 scene::StreamSemantic texCoordSemantic(int set) {
-    return static_cast<scene::StreamSemantic>(scene::TEXCOORD0 + (set >= 0 && set < 8 ? set : 0));
+    return static_cast<scene::StreamSemantic>(scene::TEXCOORD0 + set);
 }
 
 /// Reads primitives and materials once, however many nodes show them.
@@ -43,16 +43,30 @@ public:
         if (!mesh || !world.allFinite()) return;
         for (const auto& primitive : mesh->getMeshPrimitives()) {
             if (!primitive) continue;
-            DrawItem item;
-            item.world = world;
-            item.surface = surfaceOf(instance.getMaterial(primitive->getMaterialSymbol()));
-            item.corners = cornersOf(*mesh, *primitive, texCoordSemantic(item.surface.texCoordSet));
-            if (!item.corners->empty()) list_.items.push_back(std::move(item));
+            addPrimitive(*mesh, *primitive, instance.getMaterial(primitive->getMaterialSymbol()),
+                         world);
         }
     }
 
 private:
-    using CornersKey = std::pair<const scene::IMeshPrimitive*, scene::StreamSemantic>;
+    /// One primitive with one set of texture coordinates.
+    using FlatKey = std::pair<const scene::IMeshPrimitive*, scene::StreamSemantic>;
+
+    struct Flat {
+        std::shared_ptr<const Corners> corners;
+        bool hasTexCoords = false;
+    };
+
+    void addPrimitive(const scene::Mesh& mesh, scene::IMeshPrimitive& primitive,
+                      const boost::shared_ptr<scene::Material>& material,
+                      const Eigen::Matrix4d& world) {
+        DrawItem item{{}, world, surfaceOf(material)};
+        const Flat& flat = flatOf(mesh, primitive, texCoordSemantic(item.surface.texCoordSet));
+        if (flat.corners->empty()) return;
+        item.corners = flat.corners;
+        if (!flat.hasTexCoords) item.surface.imageId.clear();
+        list_.items.push_back(std::move(item));
+    }
 
     const Surface& surfaceOf(const boost::shared_ptr<scene::Material>& material) {
         const auto known = surfaces_.find(material.get());
@@ -60,17 +74,18 @@ private:
         return surfaces_[material.get()] = material ? readSurface(*material) : Surface();
     }
 
-    std::shared_ptr<const Corners> cornersOf(const scene::Mesh& mesh,
-                                             scene::IMeshPrimitive& primitive,
-                                             scene::StreamSemantic texCoords) {
-        auto& corners = corners_[{&primitive, texCoords}];
-        if (!corners) corners = std::make_shared<Corners>(flatten(mesh, primitive, texCoords));
-        return corners;
+    const Flat& flatOf(const scene::Mesh& mesh, scene::IMeshPrimitive& primitive,
+                       scene::StreamSemantic texCoords) {
+        Flat& flat = flats_[{&primitive, texCoords}];
+        if (flat.corners) return flat;
+        FlatPrimitive made = flatten(mesh, primitive, texCoords);
+        flat = {std::make_shared<const Corners>(std::move(made.corners)), made.hasTexCoords};
+        return flat;
     }
 
     DrawList& list_;
     std::map<const scene::Material*, Surface> surfaces_;
-    std::map<CornersKey, std::shared_ptr<const Corners>> corners_;
+    std::map<FlatKey, Flat> flats_;
 };
 
 /// Visible nodes in depth-first order, each once, without recursion: trees may be very deep.

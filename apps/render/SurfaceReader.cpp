@@ -104,12 +104,13 @@ Surface readSurface(const scene::Material& material) {
     const Parameters parameters(material);
     Surface surface;
     surface.imageId = parameters.text("diffuseTexture");
-    surface.texCoordSet = static_cast<int>(parameters.number("diffuseTextureSet", 0.0f));
+    surface.texCoordSet =
+        static_cast<int>(std::clamp(parameters.number("diffuseTextureSet", 0.0f), 0.0f, 7.0f));
     const Vector3f neutral =
         surface.imageId.empty() ? surface.colour.head<3>().eval() : Vector3f::Ones().eval();
     surface.colour.head<3>() = unit(parameters.colour("diffuse", neutral));
     surface.emission = unit(parameters.colour("emissive", surface.emission));
-    surface.unlit = material.getTechnique() == "unlit";
+    surface.unlit = material.getTechnique() == "unlit" || material.getEffectID() == "import_unlit";
     readShine(parameters, surface);
     readAlpha(parameters, surface);
     return surface;
