@@ -160,8 +160,7 @@ bool WorkerProcess::receive(WorkerOutcome& outcome) {
 
 bool WorkerProcess::waitUntilReadable() {
     for (;;) {
-        const auto left =
-            std::chrono::duration_cast<std::chrono::milliseconds>(deadline_ - Clock::now());
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline_ - Clock::now());
         if (left.count() <= 0) return false;
         pollfd wanted{socket_.number(), POLLIN, 0};
         const auto wait = static_cast<int>(std::min<std::int64_t>(left.count(), 3600000));
