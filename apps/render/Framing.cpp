@@ -56,7 +56,8 @@ Vector3d cornerOf(const Box& box, int corner) {
             (corner & 4 ? box.most : box.least).z()};
 }
 
-bool isPositive(double value) { return std::isfinite(value) && value > 0.0; }
+/// Far inside of what single precision can hold.
+bool isSensible(double length) { return length > 1e-30 && length < 1e30; }
 
 /// Lengths of a lens are those of the node that it stands at.
 Lens scaled(Lens lens, const Matrix4d& world) {
@@ -70,12 +71,13 @@ Lens scaled(Lens lens, const Matrix4d& world) {
 
 Lens usable(Lens lens) {
     const Lens standard;
-    if (!isPositive(lens.yFov)) lens.yFov = lens.orthographic ? 1.0 : standard.yFov;
+    if (!isSensible(lens.yFov)) lens.yFov = lens.orthographic ? 1.0 : standard.yFov;
     if (!lens.orthographic) lens.yFov = std::min(lens.yFov, 170.0);
-    if (!std::isfinite(lens.zNear) || (!lens.orthographic && lens.zNear <= 0.0)) {
-        lens.zNear = standard.zNear;
+    const bool mayStandBehind = lens.orthographic && isSensible(-lens.zNear);
+    if (!isSensible(lens.zNear) && !mayStandBehind) lens.zNear = standard.zNear;
+    if (!isSensible(lens.zFar) || lens.zFar <= lens.zNear) {
+        lens.zFar = std::abs(lens.zNear) * 1e5;
     }
-    if (!std::isfinite(lens.zFar) || lens.zFar <= lens.zNear) lens.zFar = lens.zNear * 1e5 + 1.0;
     return lens;
 }
 

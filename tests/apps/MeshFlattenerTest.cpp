@@ -82,7 +82,8 @@ TEST(MeshFlattener, ColorsThatWereNeverSetAreWhite) {
 
 TEST(MeshFlattener, SurvivesAnyIndicesAndMappings) {
     std::mt19937 random(11);
-    const auto pick = [&random](unsigned int count) { return random() % count; };
+    const auto any = [&random] { return static_cast<unsigned int>(random()); };
+    const auto pick = [&any](unsigned int count) { return any() % count; };
     for (int round = 0; round < 3000; ++round) {
         const auto mesh = makeMesh(square);
         std::vector<StreamMapping> mappings;
@@ -94,14 +95,13 @@ TEST(MeshFlattener, SurvivesAnyIndicesAndMappings) {
                                 pick(6) ? stream : nullptr, static_cast<int>(pick(7)) - 2});
         }
         Indices indices(pick(40));
-        for (auto& index : indices) index = pick(8) ? pick(6) : static_cast<unsigned int>(random());
+        for (auto& index : indices) index = pick(8) ? pick(6) : any();
         scene::TriangleMeshPrimitive triangles(mesh, mappings, indices);
         for (const auto& corner : flatten(*mesh, triangles, scene::TEXCOORD0).corners) {
             ASSERT_TRUE(std::isfinite(corner.position[0]) && std::isfinite(corner.normal[0]));
         }
         Indices polygons(pick(10));
-        for (auto& value : polygons)
-            value = pick(4) ? pick(9) : static_cast<unsigned int>(random());
+        for (auto& value : polygons) value = pick(4) ? pick(9) : any();
         scene::PolygonMeshPrimitive fans(mesh, mappings, indices, polygons);
         EXPECT_EQ(flatten(*mesh, fans, scene::TEXCOORD1).corners.size() % 3, 0u);
     }

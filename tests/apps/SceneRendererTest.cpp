@@ -15,6 +15,14 @@ namespace {
 
 constexpr float side = 2.0f;
 
+struct Images {
+    ImageFile operator()(const std::string&) const {
+        if (image.bytes.empty()) throw std::runtime_error("no images here");
+        return image;
+    }
+    ImageFile image;
+};
+
 /// One renderer for all tests: a driver starts slowly.
 struct SceneRendering : ::testing::Test {
     static void SetUpTestSuite() { renderer = std::make_unique<SceneRenderer>(); }
@@ -41,14 +49,14 @@ struct SceneRendering : ::testing::Test {
         node->addInstanceLight(light);
     }
 
-    Rendering render() { return renderer->render(*scene.manager, images, view); }
+    Rendering render() {
+        return renderer->render(*scene.manager, ImageSource(Images{image}), view);
+    }
 
     static std::unique_ptr<SceneRenderer> renderer;
     QuietScene scene;
     View view{40, 40, "", false};
-    ImageSource images = [](const std::string&) -> ImageFile {
-        throw std::runtime_error("no images here");
-    };
+    ImageFile image;  ///< Behind every image ID; without bytes there is none.
 };
 std::unique_ptr<SceneRenderer> SceneRendering::renderer;
 
@@ -154,10 +162,8 @@ TEST_F(SceneLighting, LightsOfAnyBrightnessLeaveShapesVisible) {
 
 TEST_F(SceneTextures, ShowImagesTheRightWayUp) {
     addCamera();
-    images = [](const std::string&) {
-        // Plain pixels, rows from the top: red above blue.
-        return ImageFile{"plain", {255, 0, 0, 255, 0, 0, 255, 255}, 1, 2};
-    };
+    // Plain pixels, rows from the top: red above blue.
+    image = {"plain", {255, 0, 0, 255, 0, 0, 255, 255}, 1, 2};
     scene.show(makeRectangle(side, side), makeMaterial({{"diffuseTexture", "image"}}));
     const Picture picture = render().picture;
     EXPECT_GT(picture.pixel(20, 26)[0], 150);
@@ -166,9 +172,7 @@ TEST_F(SceneTextures, ShowImagesTheRightWayUp) {
 
 TEST_F(SceneTextures, CutOutsAreNotThere) {
     addCamera();
-    images = [](const std::string&) {
-        return ImageFile{"plain", {255, 0, 0, 0, 255, 255, 255, 200}, 1, 2};
-    };
+    image = {"plain", {255, 0, 0, 0, 255, 255, 255, 200}, 1, 2};
     scene.show(makeRectangle(side, side),
                makeMaterial({{"diffuseTexture", "image"}, {"alphaMode", "MASK"}}));
     const Picture picture = render().picture;
@@ -225,13 +229,10 @@ TEST_F(SceneRendering, LooksAsItDidBefore) {
     const auto turned = [](float degrees, const Eigen::Vector3f& axis) {
         return Eigen::AngleAxisf(degrees * 0.017453292f, axis).toRotationMatrix();
     };
-    images = [](const std::string&) {
-        return ImageFile{
-            "plain",
-            {255, 255, 255, 255, 200, 30, 30, 255, 200, 30, 30, 255, 255, 255, 255, 255},
-            2,
-            2};
-    };
+    image = {"plain",
+             {255, 255, 255, 255, 200, 30, 30, 255, 200, 30, 30, 255, 255, 255, 255, 255},
+             2,
+             2};
     const auto floor = scene.show(makeRectangle(4, 4), makeMaterial({{"diffuse", ".5 .6 .4"}}));
     floor->rotate(turned(-90, Eigen::Vector3f::UnitX()));
     const auto board = scene.show(makeRectangle(2, 2), makeMaterial({{"diffuseTexture", "image"}}));
