@@ -12,36 +12,51 @@ const ConvexMesh* asConvexMesh(const IGeometry* geometry) {
     return dynamic_cast<const ConvexMesh*>(geometry);
 }
 
+ConvexMesh* asConvexMesh(IGeometry* geometry) { return dynamic_cast<ConvexMesh*>(geometry); }
+
 }  // namespace
 
-ConvexMesh::ConvexMesh(const std::string& id, const std::string& name) : Mesh(id, name) {
+ConvexMesh::ConvexMesh(const std::string& id, const std::string& name)
+    : Mesh(id, name), hullCount_(0) {
     setType(CONVEX_MESH);
 }
 
-ConvexMesh::ConvexMesh(const ConvexMesh& other) = default;
+ConvexMesh::ConvexMesh(const ConvexMesh& other) : Mesh(other), hullCount_(0) {
+    replaceHull(other.convexHullOf_);
+}
 
 ConvexMesh& ConvexMesh::operator=(const ConvexMesh& other) {
-    const auto hull = isReachedFrom(other.convexHullOf_.get()) ? nullptr : other.convexHullOf_;
+    const auto hull = other.convexHullOf_;
     Mesh::operator=(other);
-    convexHullOf_ = hull;
+    replaceHull(isReachedFrom(hull.get()) ? boost::shared_ptr<IGeometry>() : hull);
     return *this;
 }
 
 ConvexMesh::~ConvexMesh() {
     // A long chain of hulls is released in a loop, not each from the destructor before it.
-    auto next = std::move(convexHullOf_);
+    auto next = takeHull();
     while (next.use_count() == 1) {
-        auto* const convex = dynamic_cast<ConvexMesh*>(next.get());
+        auto* const convex = asConvexMesh(next.get());
         if (!convex) break;
-        auto following = std::move(convex->convexHullOf_);
-        next = std::move(following);
+        next = convex->takeHull();
     }
+}
+
+boost::shared_ptr<IGeometry> ConvexMesh::takeHull() {
+    if (auto* const convex = asConvexMesh(convexHullOf_.get())) --convex->hullCount_;
+    return std::exchange(convexHullOf_, nullptr);
+}
+
+void ConvexMesh::replaceHull(boost::shared_ptr<IGeometry> geometry) {
+    const auto old = takeHull();
+    convexHullOf_ = std::move(geometry);
+    if (auto* const convex = asConvexMesh(convexHullOf_.get())) ++convex->hullCount_;
 }
 
 boost::shared_ptr<IGeometry> ConvexMesh::clone() {
     const auto copy = boost::make_shared<ConvexMesh>(getID(), getName());
     cloneContentsTo(copy);
-    copy->convexHullOf_ = convexHullOf_;
+    copy->replaceHull(convexHullOf_);
     return copy;
 }
 
@@ -61,12 +76,14 @@ Eigen::Vector3f ConvexMesh::getBVMax() {
 }
 
 void ConvexMesh::setConvexHullOf(boost::shared_ptr<IGeometry> geometry) {
-    if (geometry && !isReachedFrom(geometry.get())) convexHullOf_ = std::move(geometry);
+    if (geometry && !isReachedFrom(geometry.get())) replaceHull(std::move(geometry));
 }
 
 boost::shared_ptr<IGeometry> ConvexMesh::getConvexHullOf() const { return convexHullOf_; }
 
 bool ConvexMesh::isReachedFrom(const IGeometry* geometry) const {
+    // A mesh without hulls cannot be at the end of a chain, however long that is.
+    if (hullCount_ == 0) return geometry == this;
     while (geometry != this) {
         const auto* const convex = asConvexMesh(geometry);
         if (!convex) return false;

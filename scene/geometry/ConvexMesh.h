@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <string>
 
 #include <Eigen/Core>
@@ -34,12 +35,15 @@ public:
     boost::shared_ptr<IGeometry> getConvexHullOf() const;
 
 private:
-    /// Whether @p geometry is this mesh or has it as its hull's source, directly or not.
+    boost::shared_ptr<IGeometry> takeHull();
+    void replaceHull(boost::shared_ptr<IGeometry> geometry);
+    /// Whether @p geometry is this mesh or a hull of it, directly or through others.
     bool isReachedFrom(const IGeometry* geometry) const;
     /// The geometry whose bounds count; empty when they are the mesh's own.
     boost::shared_ptr<IGeometry> findBounds() const;
 
     boost::shared_ptr<IGeometry> convexHullOf_;
+    std::atomic<unsigned int> hullCount_;  // Convex meshes that are hulls of this one.
 };
 
 }  // namespace vantorix::scene

@@ -1,0 +1,193 @@
+#include <chrono>
+#include <limits>
+
+#include "scene/geometry/Stream.h"
+#include "scene/geometry/VertexElement.h"
+#include "tests/geometry/GeometrySupport.h"
+
+namespace vantorix::scene {
+namespace {
+
+const Floats tuple = {1, 2, 3};
+
+struct DistinctStream : ::testing::Test {
+    Stream stream{"positions", 3, false};
+
+    int insert(const Floats& values) {
+        return stream.insertValue(static_cast<int>(values.size()), values.data());
+    }
+    /// Enough tuples that the stream searches through an index.
+    void fill(int tuples) {
+        for (int i = 0; i < tuples; ++i) insert({static_cast<float>(i), 0, 0});
+    }
+};
+
+TEST_F(DistinctStream, AnEqualTupleIsStoredOnce) {
+    EXPECT_EQ(insert(tuple), 0);
+    EXPECT_EQ(insert({4, 5, 6}), 1);
+    EXPECT_EQ(insert(tuple), 0);
+    EXPECT_EQ(stream.count, 2);
+    EXPECT_EQ(stream.values, (Floats{1, 2, 3, 4, 5, 6}));
+}
+
+TEST_F(DistinctStream, DuplicatesAreKeptOnRequest) {
+    stream.allowDuplicates = true;
+    EXPECT_EQ(insert(tuple), 0);
+    EXPECT_EQ(insert(tuple), 1);
+    EXPECT_EQ(stream.count, 2);
+}
+
+TEST_F(DistinctStream, ARefusedTupleChangesNothing) {
+    EXPECT_EQ(insert({1, 2}), -1);
+    EXPECT_EQ(stream.insertValue(3, nullptr), -1);
+    stream.stride = 0;
+    EXPECT_EQ(stream.insertValue(0, tuple.data()), -1);
+    EXPECT_EQ(stream.count, 0);
+    EXPECT_TRUE(stream.values.empty());
+}
+
+TEST_F(DistinctStream, ANegativeStrideOnlyCounts) {
+    stream.values = {1, 2, 3, 4, 5, 6};
+    stream.stride = -3;
+    EXPECT_EQ(stream.insertValue(-3, tuple.data()), -2);
+    EXPECT_EQ(stream.count, 1);
+    EXPECT_EQ(stream.values.size(), 6u);
+}
+
+TEST_F(DistinctStream, BytesDecideWhatIsEqual) {
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    for (const int filled : {0, 100}) {
+        fill(filled);
+        const int zero = insert({0, 0, 7});
+        EXPECT_NE(insert({-0.0f, 0, 7}), zero);
+        const int notANumber = insert({nan, 0, 7});
+        EXPECT_EQ(insert({nan, 0, 7}), notANumber);
+        EXPECT_NE(insert({-nan, 0, 7}), notANumber);
+    }
+}
+
+TEST_F(DistinctStream, ValuesThatWereWrittenDirectlyAreFoundButNotCounted) {
+    stream.values = {7, 8, 9, 1, 2, 3, 1, 2, 3};
+    EXPECT_EQ(insert(tuple), 1);
+    EXPECT_EQ(stream.count, 0);
+    EXPECT_EQ(insert({0, 0, 0}), 3);
+    EXPECT_EQ(stream.count, 1);
+}
+
+TEST_F(DistinctStream, AnIncompleteTupleIsNoTuple) {
+    stream.values = {9, 9, 9, 1, 2};
+    EXPECT_EQ(insert({1, 2, 0}), 1);
+    EXPECT_EQ(stream.values, (Floats{9, 9, 9, 1, 2, 1, 2, 0}));
+}
+
+TEST_F(DistinctStream, TheSourceMayLieInTheStreamItself) {
+    stream.allowDuplicates = true;
+    stream.values = tuple;
+    stream.values.shrink_to_fit();
+    for (int i = 0; i < 100; ++i)
+        stream.insertValue(3, std::as_const(stream.values).data() + i * 3);
+    for (const auto begin : {0, 150, 300}) {
+        const auto first = stream.values.cbegin() + begin;
+        EXPECT_EQ(Floats(first, first + 3), tuple);
+    }
+}
+
+TEST_F(DistinctStream, ASourceThatRunsPastTheEndMeetsItself) {
+    stream.values = {1, 2, 3, 4};
+    stream.insertValue(3, std::as_const(stream.values).data() + 2);
+    EXPECT_EQ(stream.values, (Floats{1, 2, 3, 4, 3, 4, 3}));
+}
+
+TEST_F(DistinctStream, AWriteThroughAnOldReferenceCounts) {
+    fill(100);
+    stream.values.reserve(1000);
+    float& kept = stream.values[150];  // x of tuple 50
+    insert({1000, 0, 0});
+    kept = 1;
+    EXPECT_EQ(insert({50, 0, 0}), 101);
+    EXPECT_EQ(insert({1, 0, 0}), 1);
+    stream.values[3] = 2000;
+    EXPECT_EQ(insert({1, 0, 0}), 50);
+}
+
+TEST_F(DistinctStream, AWriteThroughAReferenceIntoASwappedArrayCounts) {
+    Floats outside(300, 5.0f);
+    outside.reserve(400);
+    float* const kept = outside.data();
+    stream.values.swap(outside);
+    insert({6, 6, 6});
+    kept[0] = 6;
+    kept[1] = 6;
+    kept[2] = 6;
+    EXPECT_EQ(insert({6, 6, 6}), 0);
+}
+
+TEST_F(DistinctStream, TheStrideMayChangeBetweenCalls) {
+    fill(100);
+    stream.stride = 2;
+    EXPECT_EQ(insert({0, 0}), 0);
+    EXPECT_EQ(insert({0, 1}), 1);  // Floats 2 and 3.
+    stream.stride = 3;
+    EXPECT_EQ(insert({99, 0, 0}), 99);
+}
+
+TEST_F(DistinctStream, InsertionStaysCheapInALargeStream) {
+    const auto start = std::chrono::steady_clock::now();
+    fill(200000);
+    fill(200000);
+    EXPECT_EQ(stream.count, 200000);
+    // A scan would take minutes.
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20));
+}
+
+TEST(Stream, ACopyHasEverythingAndACloneOnlyTheValues) {
+    Stream stream("weights", 2, true);
+    stream.params = {{"WEIGHT", "float"}};
+    stream.stringValues = {"one"};
+    stream.insertValue(2, tuple.data());
+
+    const Stream copy = stream;
+    Stream assigned("other", 9, false);
+    assigned = stream;
+    for (const Stream* same : {&copy, static_cast<const Stream*>(&assigned)}) {
+        EXPECT_EQ(same->name, "weights");
+        EXPECT_EQ(same->stride, 2);
+        EXPECT_EQ(same->params, stream.params);
+        EXPECT_EQ(same->stringValues, stream.stringValues);
+    }
+
+    const auto clone = stream.clone();
+    EXPECT_EQ(clone->name, "weights");
+    EXPECT_TRUE(clone->allowDuplicates);
+    EXPECT_EQ(clone->count, 1);
+    EXPECT_EQ(clone->values, stream.values);
+    EXPECT_TRUE(clone->params.empty());
+    EXPECT_TRUE(clone->stringValues.empty());
+}
+
+TEST(Stream, ACopyFindsItsOwnValues) {
+    Stream stream("positions", 1, false);
+    for (float i = 0; i < 100; ++i) stream.insertValue(1, &i);
+    Stream copy = stream;
+    const float added = 1000;
+    EXPECT_EQ(copy.insertValue(1, &added), 100);
+    stream.values.pop_back();
+    stream = copy;
+    EXPECT_EQ(stream.insertValue(1, &added), 100);
+}
+
+TEST(VertexElement, ReadsAsAHomogeneousPoint) {
+    const Floats values = {1, 2, 3, 4, 5, 6};
+    const std::vector<std::pair<int, Eigen::Vector4f>> expected = {
+        {-1, {0, 0, 0, 1}}, {0, {0, 0, 0, 1}}, {2, {1, 2, 0, 1}},
+        {3, {1, 2, 3, 1}},  {4, {1, 2, 3, 4}}, {6, {1, 2, 3, 4}}};
+    for (const auto& [size, vector] : expected) {
+        EXPECT_EQ(VertexElement::create(POSITION, size, values.data())->toEigenVector(), vector);
+    }
+    VertexElement record;
+    record.size = 3;
+    EXPECT_EQ(record.toEigenVector(), Eigen::Vector4f(0, 0, 0, 1));
+}
+
+}  // namespace
+}  // namespace vantorix::scene
