@@ -2,18 +2,18 @@
 
 #include <utility>
 
-#include <boost/make_shared.hpp>
+#include "core/event/Payload.h"
 
 namespace vantorix::core::event {
 
 Event::Event(EventType type, EventData data, std::string sender)
     : type_(std::move(type)), data_(std::move(data)) {
-    if (!sender.empty()) sender_ = boost::make_shared<const std::string>(std::move(sender));
+    if (!sender.empty()) sender_ = new Payload(std::move(sender));
 }
 
 const std::string& Event::getSender() const {
     static const std::string none;
-    return sender_ ? *sender_ : none;
+    return sender_ ? sender_->text() : none;
 }
 
 }  // namespace vantorix::core::event

@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include <boost/make_shared.hpp>
 #include <boost/thread/lock_guard.hpp>
 
 #include "core_api/event/EventManager.h"
@@ -17,44 +16,47 @@ using RegistrationLock = boost::lock_guard<boost::recursive_mutex>;
 }  // namespace
 
 EventBase::EventBase(boost::shared_ptr<EventManager> eventManager)
-    : handlers_(boost::make_shared<EventHandlers>(eventManager)), current_(eventManager.get()) {}
+    : EventListener(new EventHandlers(eventManager)), current_(eventManager.get()) {}
 
 EventBase::~EventBase() {
-    handlers_->end();
-    endDeliveries();
-    if (const auto manager = handlers_->getManager()) manager->unregisterFromAll(this);
+    handlers().end();
+    if (const auto manager = handlers().getManager()) manager->unregisterFromAll(this);
 }
 
 void EventBase::handleEvent(Event event) {
-    const auto handlers = handlers_;
-    leaveDelivery();  // A handler may destroy this object, here or on another thread.
-    handlers->call(std::move(event));
+    auto& own = handlers();
+    // From here on this object is not touched: a handler may destroy it, or another thread.
+    const bool isKept = own.leaveEarly();
+    const boost::intrusive_ptr<DeliveryGate> keeper(isKept ? nullptr : &own);
+    own.call(event);
 }
 
+EventHandlers& EventBase::handlers() const { return static_cast<EventHandlers&>(*gate_); }
+
 boost::shared_ptr<EventManager> EventBase::getEventManager() const {
-    return handlers_->getManager();
+    return handlers().getManager();
 }
 
 void EventBase::setEventManager(boost::shared_ptr<EventManager> eventManager) {
     boost::shared_ptr<EventManager> previous;  // Released after the lock.
-    const RegistrationLock lock(handlers_->registrationMutex());
+    const RegistrationLock lock(handlers().registrationMutex());
     if (eventManager.get() == peekEventManager()) return;
     current_.store(eventManager.get(), std::memory_order_release);
-    previous = handlers_->replaceManager(eventManager);
+    previous = handlers().replaceManager(eventManager);
     if (previous) previous->unregisterFromAll(this);
     if (!eventManager) return;
-    for (const auto& type : handlers_->getTypes()) eventManager->registerListener(type, this);
+    for (const auto& type : handlers().getTypes()) eventManager->registerListener(type, this);
 }
 
 void EventBase::registerToListen(EventType type) {
-    const RegistrationLock lock(handlers_->registrationMutex());
-    const auto manager = handlers_->getManager();
-    if (handlers_->addType(type) && manager) manager->registerListener(type, this);
+    const RegistrationLock lock(handlers().registrationMutex());
+    const auto manager = handlers().getManager();
+    if (handlers().addType(type) && manager) manager->registerListener(type, this);
 }
 
 void EventBase::registerHandler(EventType type, boost::function<void(Event)> handler) {
     if (!handler) return;
-    handlers_->addHandler(type, std::move(handler));
+    handlers().addHandler(type, std::move(handler));
     registerToListen(std::move(type));
 }
 

@@ -1,50 +1,43 @@
 #include "core_api/event/EventData.h"
 
-#include <algorithm>
-#include <array>
+#include <cstring>
+#include <string_view>
 #include <utility>
 
 #include "core_api/utils/Matrix.h"
 
-#include "core/utils/MatrixText.h"
+#include "core/event/Payload.h"
 
 namespace vantorix::core::event {
+namespace {
 
-/// A text that is made on demand. Readers may race: the first finished text is kept.
-class EventData::MatrixPayload : public Payload {
-public:
-    MatrixPayload(std::string id, const float* elements) : Payload(std::move(id)) {
-        std::copy_n(elements, matrix_.size(), matrix_.begin());
+constexpr std::size_t longestShort = 23;
+
+std::string argumentOf(std::string_view text, int index) {
+    for (int i = 1; i < index; ++i) {
+        const auto comma = text.find(',');
+        if (comma == std::string_view::npos) return std::string();
+        text.remove_prefix(comma + 1);
     }
-    ~MatrixPayload() override { delete rendered_.load(); }
+    return std::string(text.substr(0, text.find(',')));
+}
 
-    const std::string& text() const override {
-        const auto* known = rendered_.load(std::memory_order_acquire);
-        return known ? *known : render();
+}  // namespace
+
+EventData::EventData(std::string payload) : short_{} {
+    if (payload.size() > longestShort) {
+        payload_ = new Payload(std::move(payload));
+        return;
     }
+    auto* const bytes = reinterpret_cast<char*>(short_.data());
+    std::memcpy(bytes, payload.data(), payload.size());
+    bytes[longestShort] = static_cast<char>(payload.size());
+}
 
-private:
-    const std::string& render() const {
-        const auto* fresh = new std::string(utils::joinMatrixText(Payload::text(), matrix_.data()));
-        const std::string* known = nullptr;
-        if (rendered_.compare_exchange_strong(known, fresh)) return *fresh;
-        delete fresh;
-        return *known;
-    }
-
-    std::array<float, 16> matrix_;
-    mutable std::atomic<const std::string*> rendered_{nullptr};
-};
-
-EventData::Payload::~Payload() = default;
-
-EventData::EventData(std::string payload)
-    : payload_(payload.empty() ? nullptr : new Payload(std::move(payload))) {}
-
-EventData::EventData(Payload* payload) : payload_(payload) {}
+EventData::EventData(const Payload* payload) : payload_(payload), short_{} {}
 
 EventData EventData::withMatrix(std::string id, const utils::Matrix& matrix) {
-    return EventData(new MatrixPayload(std::move(id), matrix.getMatrix()));
+    return withMatrix(std::move(id), matrix.getMatrix());
 }
 
 EventData EventData::withMatrix(std::string id, const float* elements) {
@@ -52,21 +45,19 @@ EventData EventData::withMatrix(std::string id, const float* elements) {
     return EventData(new MatrixPayload(std::move(id), elements));
 }
 
-const std::string& EventData::toString() const& {
-    static const std::string none;
-    return payload_ ? payload_->text() : none;
-}
+std::string EventData::toString() const { return std::string(text()); }
 
 std::string EventData::getArg(int index) const {
     if (index < 1) return std::string();
-    const std::string& text = toString();
-    std::size_t begin = 0;
-    for (int i = 1; i < index; ++i) {
-        const auto comma = text.find(',', begin);
-        if (comma == std::string::npos) return std::string();
-        begin = comma + 1;
-    }
-    return text.substr(begin, text.find(',', begin) - begin);
+    // An id can be read without making the text of the matrix behind it.
+    if (payload_ && index == 1) return argumentOf(payload_->beginning(), index);
+    return argumentOf(text(), index);
+}
+
+std::string_view EventData::text() const {
+    if (payload_) return payload_->text();
+    const auto* const bytes = reinterpret_cast<const char*>(short_.data());
+    return std::string_view(bytes, static_cast<unsigned char>(bytes[longestShort]));
 }
 
 }  // namespace vantorix::core::event

@@ -2,10 +2,8 @@
 
 #include <utility>
 
-#include <boost/make_shared.hpp>
 #include <boost/thread/lock_guard.hpp>
 
-#include "core_api/event/Event.h"
 #include "core_api/event/EventManager.h"
 
 namespace vantorix::core::event {
@@ -14,6 +12,10 @@ namespace {
 using Lock = boost::lock_guard<boost::mutex>;
 
 }  // namespace
+
+EventHandlers::Handlers::~Handlers() {
+    while (first) first = std::move(first->next);  // Not by recursion, however long the list is.
+}
 
 EventHandlers::EventHandlers(boost::shared_ptr<EventManager> manager)
     : manager_(std::move(manager)) {}
@@ -31,19 +33,20 @@ boost::shared_ptr<EventManager> EventHandlers::replaceManager(
 }
 
 void EventHandlers::addHandler(const EventType& type, Handler handler) {
+    std::unique_ptr<Handlers::Entry> entry(new Handlers::Entry{std::move(handler), nullptr});
     const Lock lock(mutex_);
-    auto& handlers = handlers_[type];
-    if (!handlers) {
-        handlers = boost::make_shared<Handlers>();
-    } else if (handlers.use_count() > 1) {
-        handlers = boost::make_shared<Handlers>(*handlers);  // These are being called.
-    }
-    handlers->push_back(std::move(handler));
+    auto& handlers = findOrAdd(type);
+    auto* const last = handlers.last.load(std::memory_order_relaxed);
+    auto& place = last ? last->next : handlers.first;
+    place = std::move(entry);
+    handlers.last.store(place.get(), std::memory_order_release);
 }
 
 bool EventHandlers::addType(const EventType& type) {
     const Lock lock(mutex_);
-    if (!listened_.insert(type).second) return false;
+    auto& handlers = findOrAdd(type);
+    if (handlers.listened) return false;
+    handlers.listened = true;
     types_.push_back(type);
     return true;
 }
@@ -53,20 +56,25 @@ std::vector<EventType> EventHandlers::getTypes() const {
     return types_;
 }
 
-void EventHandlers::call(Event event) const {
-    const auto handlers = handlersOf(event.getEventType());
-    if (!handlers) return;
-    for (const auto& handler : *handlers) {
-        if (ended_) return;
-        handler(event);
+void EventHandlers::call(const Event& event) const {
+    const auto* const handlers = find(event.getEventType());
+    const auto* const last = handlers ? handlers->last.load(std::memory_order_acquire) : nullptr;
+    if (!last) return;
+    for (const auto* entry = handlers->first.get();; entry = entry->next.get()) {
+        if (ended_.load(std::memory_order_acquire)) return;
+        entry->handler(event);
+        if (entry == last) return;
     }
 }
 
-boost::shared_ptr<const EventHandlers::Handlers> EventHandlers::handlersOf(
-    const EventType& type) const {
-    const Lock lock(mutex_);
-    const auto found = handlers_.find(type);
-    return found == handlers_.end() ? nullptr : found->second;
+EventHandlers::Handlers* EventHandlers::find(const EventType& type) const {
+    return handlers_.find(type.getHash(),
+                          [&type](const Handlers& handlers) { return handlers.type == type; });
+}
+
+EventHandlers::Handlers& EventHandlers::findOrAdd(const EventType& type) {
+    if (auto* const known = find(type)) return *known;
+    return handlers_.insert(type.getHash(), type);
 }
 
 }  // namespace vantorix::core::event

@@ -1,8 +1,7 @@
 #pragma once
 
 #include <atomic>
-#include <unordered_map>
-#include <unordered_set>
+#include <memory>
 #include <vector>
 
 #include <boost/function.hpp>
@@ -10,16 +9,18 @@
 #include <boost/thread/mutex.hpp>
 #include <boost/thread/recursive_mutex.hpp>
 
-#include "core/event/EventTypeHash.h"
+#include "core_api/event/Event.h"
+
+#include "core/event/DeliveryGate.h"
+#include "core/event/GrowingTable.h"
 
 namespace vantorix::core::event {
 
-class Event;
 class EventManager;
 
 /// What an EventBase knows, apart from it: a delivery goes on with this when a handler has
-/// destroyed the object. Safe on any thread.
-class EventHandlers {
+/// destroyed the object. Safe on any thread; handlers are called without a lock.
+class EventHandlers : public DeliveryGate {
 public:
     using Handler = boost::function<void(Event)>;
 
@@ -38,24 +39,38 @@ public:
     /// The types that are listened to, in the order in which they were added.
     std::vector<EventType> getTypes() const;
 
-    /// Calls the handlers of the event's type until end() is called.
-    void call(Event event) const;
-    void end() { ended_ = true; }
+    /// Calls the handlers that the event's type has now, until end() is called.
+    void call(const Event& event) const;
+    void end() { ended_.store(true, std::memory_order_release); }
 
     /// Held while registrations are moved from one event manager to another, never while a handler
     /// runs. Recursive: a subclass of EventManager may call back.
     boost::recursive_mutex& registrationMutex() { return registrationMutex_; }
 
 private:
-    using Handlers = std::vector<Handler>;
+    /// The handlers of one type: a list that only grows.
+    struct Handlers {
+        struct Entry {
+            Handler handler;
+            std::unique_ptr<Entry> next;
+        };
 
-    boost::shared_ptr<const Handlers> handlersOf(const EventType& type) const;
+        explicit Handlers(const EventType& itsType) : type(itsType) {}
+        ~Handlers();
+
+        const EventType type;
+        bool listened = false;
+        std::unique_ptr<Entry> first;
+        std::atomic<Entry*> last{nullptr};  // Everything up to here stays as it is.
+    };
+
+    Handlers* find(const EventType& type) const;
+    Handlers& findOrAdd(const EventType& type);
 
     boost::recursive_mutex registrationMutex_;  // Taken before the other one.
     mutable boost::mutex mutex_;
     boost::shared_ptr<EventManager> manager_;
-    std::unordered_map<EventType, boost::shared_ptr<Handlers>, EventTypeHash> handlers_;
-    std::unordered_set<EventType, EventTypeHash> listened_;
+    GrowingTable<Handlers> handlers_;
     std::vector<EventType> types_;
     std::atomic<bool> ended_{false};
 };

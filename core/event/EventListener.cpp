@@ -1,19 +1,23 @@
 #include "core_api/event/EventListener.h"
 
 #include "core/event/DeliveryGate.h"
+#include "core/event/ListenerRegistry.h"
 
 namespace vantorix::core::event {
 
-EventListener::EventListener() : gate_(new DeliveryGate) {}
+EventListener::EventListener() : EventListener(new DeliveryGate) {}
 
-EventListener::EventListener(const EventListener&) : gate_(new DeliveryGate) {}
+EventListener::EventListener(const EventListener&) : EventListener() {}
+
+EventListener::EventListener(DeliveryGate* gate) : gate_(gate) {}
 
 EventListener& EventListener::operator=(const EventListener&) { return *this; }
 
-EventListener::~EventListener() { gate_->close(); }
+EventListener::~EventListener() { endDeliveries(); }
 
-void EventListener::endDeliveries() { gate_->close(); }
-
-void EventListener::leaveDelivery() { gate_->leaveInnermost(); }
+void EventListener::endDeliveries() {
+    gate_->close();
+    for (const auto& registry : gate_->registries()) registry->removeAll(*gate_);
+}
 
 }  // namespace vantorix::core::event

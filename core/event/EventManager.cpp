@@ -2,15 +2,17 @@
 
 #include <utility>
 
+#include <boost/make_shared.hpp>
+
 #include "core_api/event/Event.h"
 
 #include "core/event/ListenerRegistry.h"
 
 namespace vantorix::core::event {
 
-EventManager::EventManager() : registry_(new ListenerRegistry(heard_)) {}
+EventManager::EventManager() : registry_(boost::make_shared<ListenerRegistry>(heard_)) {}
 
-EventManager::~EventManager() = default;
+EventManager::~EventManager() { registry_->close(); }
 
 bool EventManager::registerListener(const EventType& type, EventListener* listener) {
     return listener && registry_->add(type, *listener);
@@ -35,15 +37,14 @@ unsigned int EventManager::getListenerCount(const EventType& type) const {
 std::vector<EventType> EventManager::getListenedTypes() const { return registry_->types(); }
 
 void EventManager::triggerEvent(Event event) {
-    if (!isHashHeard(event.getEventType().getHash())) return;
-    const auto row = registry_->row(event.getEventType());
-    // From the first delivery on nothing of this object is used: a listener may release it.
-    if (row) ListenerRegistry::deliver(*row, event);
+    // Nothing after this call: a listener may release the event manager.
+    if (isHashHeard(event.getEventType().getHash())) registry_->dispatch(event);
 }
 
 void EventManager::triggerEvent(std::string type, std::string data) {
-    if (!isSubclass() && !isHashHeard(EventType::hashOf(type))) return;
-    triggerEvent(Event(EventType(std::move(type)), EventData(std::move(data))));
+    const auto hash = EventType::hashOf(type);
+    if (!isSubclass() && !isHashHeard(hash)) return;
+    triggerEvent(Event(EventType(std::move(type), hash), EventData(std::move(data))));
 }
 
 }  // namespace vantorix::core::event

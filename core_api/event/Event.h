@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include <boost/smart_ptr/shared_ptr.hpp>
+#include <boost/smart_ptr/intrusive_ptr.hpp>
 
 #include "core_api/CoreExport.h"
 #include "core_api/event/EventData.h"
@@ -27,7 +27,7 @@ public:
 private:
     EventType type_;
     EventData data_;
-    boost::shared_ptr<const std::string> sender_;  // Empty for the empty sender.
+    boost::intrusive_ptr<const Payload> sender_;  // Empty for the empty sender.
 };
 
 }  // namespace vantorix::core::event

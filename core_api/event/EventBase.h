@@ -33,7 +33,9 @@ public:
     EventBase(const EventBase&) = delete;
     EventBase& operator=(const EventBase&) = delete;
 
-    /// Calls the handlers of the event's type.
+    /// Calls the handlers of the event's type. An override that calls this touches nothing of the
+    /// object afterwards when another thread might destroy it: for endDeliveries() the call is over
+    /// when the handlers begin.
     void handleEvent(Event event) override;
     ~EventBase() override;
 
@@ -63,7 +65,8 @@ public:
     EventManager* peekEventManager() const { return current_.load(std::memory_order_acquire); }
 
 private:
-    boost::shared_ptr<EventHandlers> handlers_;
+    EventHandlers& handlers() const;
+
     std::atomic<EventManager*> current_;
 };
 

@@ -31,12 +31,11 @@ protected:
     /// handleEvent() that this thread itself is in.
     void endDeliveries();
 
-    /// Called inside handleEvent() by a listener that touches nothing of itself from here on:
-    /// endDeliveries() no longer waits for this call.
-    void leaveDelivery();
-
 private:
+    friend class EventBase;
     friend class ListenerRegistry;
+    explicit EventListener(DeliveryGate* gate);
+
     boost::intrusive_ptr<DeliveryGate> gate_;
 };
 

@@ -6,7 +6,7 @@
 #include <typeinfo>
 #include <vector>
 
-#include <boost/smart_ptr/scoped_ptr.hpp>
+#include <boost/smart_ptr/shared_ptr.hpp>
 
 #include "core_api/CoreExport.h"
 #include "core_api/event/EventType.h"
@@ -25,8 +25,8 @@ class ListenerRegistry;
 /// not called any more; one that is registered during a dispatch hears the next event.
 /// Ownership: listeners are not owned.
 /// Threads: every call is safe on any thread. After unregisterListener() returned, no delivery
-/// starts; one that runs on another thread at that moment may still be inside the listener, see
-/// EventListener for how a listener ends its life safely.
+/// starts; one that runs on another thread at that moment may still be inside the listener.
+/// Destroying a listener ends its registrations and waits, see EventListener.
 /// A subclass that overrides triggerEvent(Event) sees every event.
 class VANTORIX_CORE_EXPORT EventManager {
 public:
@@ -77,7 +77,7 @@ private:
     }
 
     HeardHashes heard_{};
-    boost::scoped_ptr<ListenerRegistry> registry_;
+    const boost::shared_ptr<ListenerRegistry> registry_;
 };
 
 }  // namespace vantorix::core::event

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <map>
+#include <functional>
 #include <numeric>
 #include <utility>
 
@@ -23,15 +23,28 @@ auto findInput(Inputs& inputs, const std::string& semantic) -> decltype(&*inputs
     return nullptr;
 }
 
-/// Weights by joint. Of a joint that a vertex names twice, the first entry counts.
-std::map<int, float> influencesByJoint(const Skin& skin, unsigned int vertex) {
+/// The influences of two vertices, one after the other.
+struct TwoVertices {
+    TwoVertices(const Skin& skin, unsigned int vertexA, unsigned int vertexB) {
+        skin.getVertexJointsAndWeights(vertexA, joints, weights);
+        countOfA = joints.size();
+        skin.getVertexJointsAndWeights(vertexB, joints, weights);
+    }
+
+    /// Positions in ascending order of joint; those of one joint stay in order.
+    std::vector<std::size_t> byJoint() const {
+        std::vector<std::size_t> order(joints.size());
+        std::iota(order.begin(), order.end(), std::size_t{0});
+        std::sort(order.begin(), order.end(), [this](std::size_t left, std::size_t right) {
+            return std::make_pair(joints[left], left) < std::make_pair(joints[right], right);
+        });
+        return order;
+    }
+
     std::vector<int> joints;
     std::vector<float> weights;
-    skin.getVertexJointsAndWeights(vertex, joints, weights);
-    std::map<int, float> byJoint;
-    for (std::size_t i = 0; i < joints.size(); ++i) byJoint.emplace(joints[i], weights[i]);
-    return byJoint;
-}
+    std::size_t countOfA;
+};
 
 void normalise(std::vector<float>& weights) {
     const float sum = std::accumulate(weights.begin(), weights.end(), 0.0f);
@@ -66,12 +79,9 @@ const std::vector<unsigned int>& Skin::getVCount() const { return vCount_; }
 
 void Skin::setVCount(std::vector<unsigned int> vCount) {
     vCount_ = std::move(vCount);
-    firstInfluence_.resize(vCount_.size());
-    std::size_t sum = 0;
-    for (std::size_t vertex = 0; vertex < vCount_.size(); ++vertex) {
-        firstInfluence_[vertex] = sum;
-        sum += vCount_[vertex];
-    }
+    firstInfluence_.resize(vCount_.size() + 1);
+    std::inclusive_scan(vCount_.begin(), vCount_.end(), firstInfluence_.begin() + 1, std::plus<>(),
+                        std::size_t{0});
 }
 
 void Skin::setJointsInput(const std::string& semantic, const std::string& streamId) {
@@ -105,11 +115,10 @@ void Skin::replaceVertexWeightsStream(const std::string& semantic,
 void Skin::getVertexJointsAndWeights(unsigned int vertex, std::vector<int>& joints,
                                      std::vector<float>& weights) const {
     if (vertex >= vCount_.size()) return;
-    const std::size_t first = std::min(firstInfluence_[vertex], v_.size() / 2);
-    const std::size_t end = std::min<std::size_t>(first + vCount_[vertex], v_.size() / 2);
+    const std::size_t end = std::min(firstInfluence_[vertex + std::size_t{1}], v_.size() / 2);
     const Stream* const stream = vertexWeights_[weightInput].stream.get();
     const std::size_t floats = stream ? stream->values.size() : 0;
-    for (std::size_t i = first; i < end; ++i) {
+    for (std::size_t i = firstInfluence_[vertex]; i < end; ++i) {
         // A negative index becomes one past every stream.
         const auto weight = static_cast<std::size_t>(v_[2 * i + 1]);
         joints.push_back(v_[2 * i]);
@@ -120,15 +129,20 @@ void Skin::getVertexJointsAndWeights(unsigned int vertex, std::vector<int>& join
 void Skin::calculateNewJointsAndWeights(unsigned int vertexA, unsigned int vertexB,
                                         std::vector<int>& joints,
                                         std::vector<float>& weights) const {
-    auto sums = influencesByJoint(*this, vertexA);
-    for (const auto& [joint, weight] : influencesByJoint(*this, vertexB)) {
-        const auto [known, added] = sums.emplace(joint, weight);
-        if (!added) known->second += weight;
-    }
-    if (sums.empty()) return;
-    for (const auto& [joint, sum] : sums) {
+    const TwoVertices both(*this, vertexA, vertexB);
+    if (both.joints.empty()) return;
+    const auto order = both.byJoint();
+    for (auto first = order.begin(); first != order.end();) {
+        const int joint = both.joints[*first];
+        const auto end = std::find_if(first, order.end(),
+                                      [&](std::size_t i) { return both.joints[i] != joint; });
+        // Of a joint that a vertex names twice, the first entry counts.
+        float sum = both.weights[*first];
+        const auto firstOfB = std::lower_bound(first, end, both.countOfA);
+        if (firstOfB != first && firstOfB != end) sum += both.weights[*firstOfB];
         joints.push_back(joint);
         weights.push_back(static_cast<float>(sum * 0.5));
+        first = end;
     }
     normalise(weights);
 }

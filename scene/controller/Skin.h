@@ -89,7 +89,7 @@ private:
     Inputs joints_{{{"JOINT", {}}, {"INV_BIND_MATRIX", {}}}};
     Inputs vertexWeights_{{{"JOINT", {}}, {"WEIGHT", {}}}};
     std::vector<unsigned int> vCount_;
-    std::vector<std::size_t> firstInfluence_;  ///< Of each vertex: the sum of the counts before it.
+    std::vector<std::size_t> firstInfluence_{0};  ///< Per vertex, and of all: the counts before it.
     std::vector<int> v_;
 };
 

@@ -28,7 +28,7 @@ std::size_t scan(const FloatArray& values, std::size_t stride, const float* valu
 }
 
 bool liesIn(const FloatArray& values, const float* value) {
-    const std::less<const float*> before;
+    const std::less<> before;
     return !before(value, values.data()) && before(value, values.data() + values.size());
 }
 

@@ -44,7 +44,7 @@ std::map<std::string, boost::shared_ptr<Material>>& InstanceGeometry::getMateria
 
 std::string InstanceGeometry::toString() const {
     return "Instance Geometry for Geometry with ID: " +
-           (geometry_ ? std::string(geometry_->getID()) : std::string()) + '\n';
+           (geometry_ ? geometry_->getID() : std::string()) + '\n';
 }
 
 void InstanceGeometry::assembleMaterialsList() {

@@ -63,10 +63,11 @@ TEST_F(Influences, FollowReplacedLists) {
 }
 
 TEST_F(Influences, AreNotReadOutsideTheData) {
-    fill({0.5f}, {2, 4000000000u, 1}, {1, 0, 2, -1, 3, 7, 4});
+    fill({0.5f}, {2, 4000000000u, 4000000000u, 1}, {1, 0, 2, -1, 3, 7, 4});
     skin.getVertexJointsAndWeights(0, joints, weights);
     skin.getVertexJointsAndWeights(1, joints, weights);
     skin.getVertexJointsAndWeights(2, joints, weights);
+    skin.getVertexJointsAndWeights(3, joints, weights);
     skin.getVertexJointsAndWeights(4000000000u, joints, weights);
     expect({1, 2, 3}, {0.5f, 0.0f, 0.0f});  // Of a lone last entry, nothing is read.
 }

@@ -1,0 +1,178 @@
+#include "apps/import/ModelBuilder.h"
+
+#include <cmath>
+#include <filesystem>
+#include <map>
+#include <set>
+
+#include <boost/make_shared.hpp>
+
+#include "apps/import/ImportLimits.h"
+#include "scene/animation/Camera.h"
+#include "scene/animation/CameraInstance.h"
+#include "scene/animation/Light.h"
+#include "scene/geometry/IMeshPrimitive.h"
+#include "scene/geometry/Mesh.h"
+#include "scene/graph/Node.h"
+#include "scene/graph/SceneManager.h"
+#include "scene/material/InstanceGeometry.h"
+#include "scene/transform/TransformationMatrix.h"
+
+namespace vantorix::apps::import {
+
+using namespace scene;
+
+namespace {
+
+bool isIdentity(const std::array<float, 16>& matrix) {
+    for (std::size_t i = 0; i < matrix.size(); ++i) {
+        if (std::abs(matrix[i] - (i % 5 == 0 ? 1.0f : 0.0f)) > 1e-6f) return false;
+    }
+    return true;
+}
+
+Light::LightType lightTypeOf(ModelLight::Kind kind) {
+    switch (kind) {
+        case ModelLight::DIRECTIONAL:
+            return Light::DIRECTIONAL;
+        case ModelLight::SPOT:
+            return Light::SPOT;
+        case ModelLight::AMBIENT:
+            return Light::AMBIENT;
+        default:
+            return Light::POINT;
+    }
+}
+
+}  // namespace
+
+ModelBuilder::ModelBuilder(const ModelDocument& document, const std::string& modelFile,
+                           boost::shared_ptr<SceneManager> scene, ImportResult& result)
+    : document_(document),
+      modelFile_(modelFile),
+      scene_(scene),
+      result_(result),
+      materials_(document, modelFile, scene, result),
+      geometryIds_("mesh", result.report),
+      geometries_(document, materials_.getIds(), scene->getGeometryManager(), geometryIds_),
+      nodeIds_("node", result.report),
+      cameraIds_("camera", result.report),
+      lightIds_("light", result.report) {}
+
+void ModelBuilder::build(const ImportLimits& limits) {
+    checkCombinations(limits);
+    reserveIds();
+    describeScene();
+    materials_.build();
+    buildNodes();
+    for (const auto& camera : document_.cameras) buildCamera(camera);
+    for (const auto& light : document_.lights) buildLight(light);
+}
+
+/// The document bounds what it holds, but each list of meshes that differs becomes a copy.
+void ModelBuilder::checkCombinations(const ImportLimits& limits) const {
+    std::set<std::vector<std::uint32_t>> combinations;
+    std::uint64_t vertices = 0;
+    std::uint64_t faces = 0;
+    for (const auto& node : document_.nodes) {
+        if (!combinations.insert(node.meshes).second) continue;
+        for (const auto mesh : node.meshes) {
+            vertices += document_.meshes[mesh].positions.size() / 3;
+            faces += document_.meshes[mesh].triangles.size() / 3;
+        }
+        requireWithin("vertices", vertices, limits.vertices);
+        requireWithin("faces", faces, limits.faces);
+    }
+}
+
+void ModelBuilder::reserveIds() {
+    for (const auto& node : scene_->getNodeArray()) nodeIds_.reserve(node->getID());
+    nodeIds_.reserve(scene_->getRoot()->getID());
+    for (unsigned int i = 0; i < scene_->getCameraCount(); ++i) {
+        cameraIds_.reserve(scene_->getCameraAt(i)->getID());
+    }
+    for (const auto& light : scene_->getLightLibrary()) lightIds_.reserve(light->getID());
+}
+
+void ModelBuilder::describeScene() {
+    if (scene_->getRoot()->getChildCount() > 0) return;
+    const std::string stem = std::filesystem::path(modelFile_).stem().string();
+    const std::string& name = document_.name.empty() ? stem : document_.name;
+    scene_->setSceneName(name);
+    scene_->setSceneID(IdRegistry("scene", result_.report).take(name));
+    scene_->setUpAxis(static_cast<UpAxis>(document_.upAxis));
+    if (document_.meterUnit > 0.0f) scene_->setMeterUnit(document_.meterUnit);
+}
+
+void ModelBuilder::buildNodes() {
+    nodes_.reserve(document_.nodes.size());
+    for (const auto& source : document_.nodes) {
+        const auto parent = nodes_.empty() ? scene_->getRoot() : nodes_[source.parent];
+        nodes_.push_back(buildNode(source));
+        parent->addNode(nodes_.back());
+    }
+    result_.root = nodes_.front();
+}
+
+boost::shared_ptr<Node> ModelBuilder::buildNode(const ModelNode& source) {
+    const auto node = makeNode(source.name, source.matrix);
+    addInstance(source, *node);
+    return node;
+}
+
+void ModelBuilder::addInstance(const ModelNode& source, Node& node) {
+    const auto mesh = geometries_.meshFor(source.meshes);
+    if (!mesh) return;
+    std::map<std::string, boost::shared_ptr<Material>> bindings;
+    for (const auto number : source.meshes) {
+        const auto material = document_.meshes[number].material;
+        bindings[materials_.getIds()[material]] = materials_.getMaterials()[material];
+    }
+    node.addInstanceGeometry(boost::make_shared<InstanceGeometry>(mesh, bindings));
+}
+
+boost::shared_ptr<Node> ModelBuilder::makeNode(const std::string& name,
+                                               const std::array<float, 16>& matrix) {
+    const auto node = boost::make_shared<Node>(scene_);
+    node->setID(nodeIds_.take(name));
+    node->setName(name);
+    const auto element = boost::make_shared<TransformationMatrix>(matrix.data());
+    element->setSid("transform");
+    node->addTransformation(element);
+    return node;
+}
+
+boost::shared_ptr<Node> ModelBuilder::placeFor(const std::string& name,
+                                               const ModelPlacement& placement) {
+    const auto& node = nodes_[placement.node];
+    if (isIdentity(placement.matrix)) return node;
+    const auto place = makeNode(name, placement.matrix);
+    node->addNode(place);
+    return place;
+}
+
+void ModelBuilder::buildCamera(const ModelCamera& source) {
+    const auto type = source.orthographic ? Camera::ORTHOGRAPHIC : Camera::PERSPECTIVE;
+    const auto camera =
+        boost::make_shared<Camera>(scene_, type, cameraIds_.take(source.name), source.name);
+    camera->setYFov(source.yFov);
+    camera->setZNear(source.zNear);
+    camera->setZFar(source.zFar);
+    scene_->addCamera(camera);
+
+    const auto node = placeFor(source.name, source.placement);
+    node->addInstanceCamera(camera);
+    scene_->addCameraInstance(boost::make_shared<CameraInstance>(node, camera, camera->getID()));
+}
+
+void ModelBuilder::buildLight(const ModelLight& source) {
+    const auto light = boost::make_shared<Light>(scene_, lightTypeOf(source.kind),
+                                                 lightIds_.take(source.name), source.name);
+    light->setColor(source.color[0], source.color[1], source.color[2]);
+    light->setAttenuation(source.attenuation[0], source.attenuation[1], source.attenuation[2]);
+    light->setFallOff(source.fallOffAngle, source.fallOffExponent);
+    scene_->addLight(light);
+    placeFor(source.name, source.placement)->addInstanceLight(light);
+}
+
+}  // namespace vantorix::apps::import

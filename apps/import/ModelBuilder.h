@@ -1,0 +1,67 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include <boost/shared_ptr.hpp>
+
+#include "apps/import/GeometryBuilder.h"
+#include "apps/import/IdRegistry.h"
+#include "apps/import/ImportResult.h"
+#include "apps/import/MaterialBuilder.h"
+#include "apps/import/ModelDocument.h"
+
+namespace vantorix::scene {
+class Node;
+class SceneManager;
+}  // namespace vantorix::scene
+
+namespace vantorix::apps::import {
+
+struct ImportLimits;
+
+/// Builds a scene from a document that passed its checks, through the scene's public classes.
+///
+/// The model's root is added below the scene's root. Nodes are complete when their parent takes
+/// them, parents before children, each with one matrix element of the SID "transform". Cameras and
+/// lights stand on the node that the file names, or on a child of it where they have a place of
+/// their own in its frame; both look along -z with y up.
+/// A scene without children also gets the model's name, up axis and unit of length.
+class ModelBuilder {
+public:
+    /// Refers to @p document and @p result, which gets the root, image sources and notes.
+    ModelBuilder(const ModelDocument& document, const std::string& modelFile,
+                 boost::shared_ptr<scene::SceneManager> scene, ImportResult& result);
+
+    /// @throws LimitError, with the scene unchanged, when meshes that nodes combine in different
+    ///         ways would exceed @p limits.
+    void build(const ImportLimits& limits);
+
+private:
+    void checkCombinations(const ImportLimits& limits) const;
+    void reserveIds();
+    void describeScene();
+    void buildNodes();
+    boost::shared_ptr<scene::Node> buildNode(const ModelNode& source);
+    void addInstance(const ModelNode& source, scene::Node& node);
+    boost::shared_ptr<scene::Node> makeNode(const std::string& name,
+                                            const std::array<float, 16>& matrix);
+    boost::shared_ptr<scene::Node> placeFor(const std::string& name,
+                                            const ModelPlacement& placement);
+    void buildCamera(const ModelCamera& source);
+    void buildLight(const ModelLight& source);
+
+    const ModelDocument& document_;
+    std::string modelFile_;
+    boost::shared_ptr<scene::SceneManager> scene_;
+    ImportResult& result_;
+    MaterialBuilder materials_;
+    IdRegistry geometryIds_;
+    GeometryBuilder geometries_;
+    IdRegistry nodeIds_;
+    IdRegistry cameraIds_;
+    IdRegistry lightIds_;
+    std::vector<boost::shared_ptr<scene::Node>> nodes_;
+};
+
+}  // namespace vantorix::apps::import

@@ -1,0 +1,53 @@
+#include "apps/import/ModelImporter.h"
+
+#include "apps/import/ModelBuilder.h"
+#include "apps/import/ModelReader.h"
+#include "scene/graph/SceneManager.h"
+
+namespace vantorix::apps::import {
+namespace {
+
+class SceneLock {
+public:
+    explicit SceneLock(scene::SceneManager& scene) : scene_(scene) { scene_.lockScene(); }
+    ~SceneLock() { scene_.unlockScene(); }
+    SceneLock(const SceneLock&) = delete;
+    SceneLock& operator=(const SceneLock&) = delete;
+
+private:
+    scene::SceneManager& scene_;
+};
+
+void build(const ModelDocument& document, const std::string& file, const ImportLimits& limits,
+           const boost::shared_ptr<scene::SceneManager>& scene, ImportResult& result) {
+    const SceneLock lock(*scene);
+    for (const auto& note : document.notes) result.report.add(note);
+    result.format = document.format;
+    ModelBuilder(document, file, scene, result).build(limits);
+}
+
+std::string reasonLine(const std::string& file, const std::string& reason) {
+    return oneLine(file) + ": " + oneLine(reason);
+}
+
+}  // namespace
+
+ImportResult ModelImporter::importFile(const std::string& file,
+                                       boost::shared_ptr<scene::SceneManager> scene) const {
+    ImportResult result;
+    try {
+        if (!scene) throw RefusedError("there is no scene to import it into");
+        const auto document = ModelReader(options_.limits, options_.worker).read(file);
+        build(document, file, options_.limits, scene, result);
+        result.status = ImportResult::DONE;
+    } catch (const LimitError& error) {
+        result.status = ImportResult::LIMIT_MET;
+        result.limit = error.limit();
+        result.reason = reasonLine(file, error.what());
+    } catch (const RefusedError& error) {
+        result.reason = reasonLine(file, error.what());
+    }
+    return result;
+}
+
+}  // namespace vantorix::apps::import

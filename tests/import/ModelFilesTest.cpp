@@ -1,0 +1,166 @@
+#include <sys/stat.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "apps/import/ModelImporter.h"
+#include "scene/geometry/GeometryManager.h"
+#include "scene/geometry/Mesh.h"
+#include "scene/geometry/Triangle.h"
+#include "scene/geometry/TriangleMeshPrimitive.h"
+#include "scene/geometry/Vertex.h"
+#include "scene/geometry/VertexElement.h"
+#include "scene/material/InstanceGeometry.h"
+#include "scene/material/Material.h"
+#include "scene/material/MaterialParameter.h"
+#include "tests/import/TemporaryFolder.h"
+#include "tests/support/RecordedScene.h"
+
+using namespace vantorix::apps::import;
+using namespace vantorix::scene;
+using ::testing::Contains;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+namespace {
+
+/// Real files through the real worker into a scene.
+struct ModelFiles : ::testing::Test {
+    ImportResult read(const std::string& file) {
+        ImportOptions options;
+        options.limits.wallTime = std::chrono::seconds(60);
+        return ModelImporter(options).importFile(file, scene.manager);
+    }
+    unsigned int triangleCount() {
+        std::vector<boost::shared_ptr<IGeometry>> geometries;
+        scene->getGeometryManager()->getGeometries(geometries);
+        unsigned int count = 0;
+        for (const auto& geometry : geometries) {
+            const auto mesh = boost::dynamic_pointer_cast<Mesh>(geometry);
+            for (const auto& primitive : mesh->getMeshPrimitives()) count += primitive->getCount();
+        }
+        return count;
+    }
+
+    TemporaryFolder folder;
+    vantorix::test::RecordedScene scene;
+};
+
+std::string nestedNodes(int depth) {
+    std::string open, close;
+    for (int i = 0; i < depth; ++i) {
+        open += "<node id=\"n" + std::to_string(i) + "\">";
+        close += "</node>";
+    }
+    return "<COLLADA version=\"1.4.1\"><asset/><library_visual_scenes><visual_scene id=\"s\">" +
+           open + close +
+           "</visual_scene></library_visual_scenes><scene><instance_visual_scene url=\"#s\"/>"
+           "</scene></COLLADA>";
+}
+
+}  // namespace
+
+TEST_F(ModelFiles, ASquareWithATexture) {
+    const auto picture = folder.write("maps/Wood.png", "x");
+    folder.write("square.mtl", "newmtl wood/dark\nKd 0.5 0.25 1\nd 0.5\nmap_Kd maps\\wood.png\n");
+    const auto file = folder.write("square.obj",
+                                   "mtllib square.mtl\nv 0 0 0\nv 1 0 0\nv 1 1 0\nv 0 1 0\n"
+                                   "vt 0 0\nvt 1 0\nvt 1 1\nvt 0 1\n"
+                                   "o square\nusemtl wood/dark\nf 1/1 2/2 3/3 4/4\n");
+    const auto result = read(file);
+    ASSERT_EQ(result.status, ImportResult::DONE) << result.reason;
+    EXPECT_EQ(triangleCount(), 2u);
+    EXPECT_EQ(scene->getSceneName(), "square");
+    EXPECT_THAT(result.report.getNotes(),
+                Contains("material \"wood/dark\": its id is \"wood_dark\""));
+
+    const auto square = scene->getNodeByName("square");
+    ASSERT_TRUE(square);
+    EXPECT_EQ(square->getBVMax(), Eigen::Vector3f(1, 1, 0));
+    const auto material = square->getInstanceGeometry(0)->getMaterial("wood_dark");
+    ASSERT_TRUE(material);
+    EXPECT_EQ(material->getParameterByName("diffuse")->getValue(), "0.5 0.25 1 1");
+    EXPECT_EQ(material->getParameterByName("opacity")->getValue(), "0.5");
+    const auto image = material->getParameterByName("diffuseTexture")->getValue();
+    EXPECT_EQ(result.images.at(image).path, picture);
+
+    // The file has no normals, yet the picture is to be lit.
+    const auto mesh =
+        boost::dynamic_pointer_cast<Mesh>(square->getInstanceGeometry(0)->getGeometry());
+    const auto primitive =
+        boost::dynamic_pointer_cast<TriangleMeshPrimitive>(mesh->getPrimitive(0));
+    const auto normal = primitive->getTriangleAt(0)->getVertexAt(0)->getNormal();
+    ASSERT_TRUE(normal);
+    EXPECT_NEAR(normal->values[2], 1.0f, 1e-6f);
+}
+
+TEST_F(ModelFiles, WhatCannotBeDrawnIsLeftOutAndReported) {
+    const auto file = folder.write("odd.obj",
+                                   "v nan 0 0\nv 1 0 0\nv 1 1 0\nv 0 1 0\n"
+                                   "f 1 2 3\nf 2 3 4\nl 1 2\n");
+    const auto result = read(file);
+    ASSERT_EQ(result.status, ImportResult::DONE) << result.reason;
+    EXPECT_EQ(triangleCount(), 2u);
+    EXPECT_THAT(result.report.getNotes(), Contains(HasSubstr("dropped")));
+    EXPECT_THAT(result.report.getNotes(), Contains(HasSubstr("position values that are no")));
+}
+
+TEST_F(ModelFiles, EveryOtherFileGetsOneLineWithItsNameAndChangesNothing) {
+    scene->getRoot();
+    const std::vector<std::string> files = {
+        folder.path("missing.obj"),
+        folder.write("empty.ply", ""),
+        folder.write("text.txt", "no model at all\n"),
+        folder.write("cut.glb", std::string("glTF\2\0\0\0\xff\xff\xff\x7f", 12)),
+        folder.write("counts.off", "OFF\n2000000000 2000000000 0\n0 0 0\n"),
+        folder.write("counts.ply",
+                     "ply\nformat ascii 1.0\nelement vertex 4000000000\nproperty float x\n"
+                     "element face 4000000000\nproperty list uchar int vertex_indices\n"
+                     "end_header\n0\n"),
+        folder.write("deep.dae", nestedNodes(200000)),
+    };
+    scene.forgetEvents();
+    for (const auto& file : files) {
+        const auto result = read(file);
+        EXPECT_NE(result.status, ImportResult::DONE) << file;
+        EXPECT_EQ(result.reason.rfind(file + ": ", 0), 0u) << result.reason;
+        EXPECT_GT(result.reason.size(), file.size() + 4) << result.reason;
+        EXPECT_EQ(result.reason.find('\n'), std::string::npos);
+    }
+    EXPECT_THAT(scene.eventNames(), IsEmpty());
+}
+
+TEST_F(ModelFiles, AModelCannotMakeTheWorkerWaitForAPipe) {
+    ASSERT_EQ(::mkfifo(folder.path("pipe.mtl").c_str(), 0600), 0);
+    const auto file = folder.write(
+        "waits.obj", "mtllib pipe.mtl\nv 0 0 0\nv 1 0 0\nv 1 1 0\nusemtl m\nf 1 2 3\n");
+    EXPECT_EQ(read(file).status, ImportResult::DONE);
+}
+
+TEST_F(ModelFiles, ALimitIsNamedWithBothNumbers) {
+    ImportOptions options;
+    options.limits.vertices = 2;
+    const auto file = folder.write("t.obj", "v 0 0 0\nv 1 0 0\nv 1 1 0\nf 1 2 3\n");
+    const auto result = ModelImporter(options).importFile(file, scene.manager);
+    EXPECT_EQ(result.status, ImportResult::LIMIT_MET);
+    EXPECT_EQ(result.reason, file + ": has 3 vertices, 2 are allowed");
+    EXPECT_EQ(result.limit.name, "vertices");
+    EXPECT_EQ(result.limit.met, 3.0);
+    EXPECT_EQ(result.limit.allowed, 2.0);
+}
+
+TEST_F(ModelFiles, SomeModelsOfTheTestPackage) {
+    const std::string models = "/usr/share/assimp/models/";
+    if (!std::filesystem::exists(models)) GTEST_SKIP() << "assimp-testmodels is not installed";
+    const std::vector<std::pair<std::string, unsigned int>> expectations = {
+        {"OBJ/box.obj", 12},        {"STL/Spider_ascii.stl", 1368},
+        {"Collada/duck.dae", 4212}, {"glTF2/BoxTextured-glTF-Binary/BoxTextured.glb", 12},
+        {"OBJ/spider.obj", 1368},
+    };
+    for (const auto& [model, triangles] : expectations) {
+        const unsigned int before = triangleCount();
+        const auto result = read(models + model);
+        EXPECT_EQ(result.status, ImportResult::DONE) << result.reason;
+        EXPECT_EQ(triangleCount() - before, triangles) << model;
+    }
+}

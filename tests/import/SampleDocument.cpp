@@ -1,0 +1,58 @@
+#include "tests/import/SampleDocument.h"
+
+using namespace vantorix::apps::import;
+
+namespace {
+
+ModelMesh triangleMesh(std::uint32_t material, float offset) {
+    ModelMesh mesh;
+    mesh.name = "square";
+    mesh.material = material;
+    mesh.positions = {offset, offset, 0, 1, 0, 0, 0, 1, 0};
+    mesh.normals = {0, 0, 1, 0, 0, 1, 0, 0, 1};
+    mesh.texCoords = {{2, {offset, offset, 1, 0, 0, 1}}};
+    mesh.triangles = {0, 1, 2};
+    return mesh;
+}
+
+ModelNode node(const std::string& name, std::uint32_t parent, std::vector<std::uint32_t> meshes) {
+    ModelNode result;
+    result.name = name;
+    result.parent = parent;
+    result.meshes = std::move(meshes);
+    return result;
+}
+
+}  // namespace
+
+ModelDocument sampleDocument() {
+    ModelDocument document;
+    document.name = "sample";
+    document.format = "Sample";
+    document.nodes = {node("root", 0, {}), node("square", 0, {0, 1}), node("half", 1, {0})};
+    document.nodes[1].matrix[12] = 5.0f;
+    document.meshes = {triangleMesh(0, 0.0f), triangleMesh(1, 1.0f)};
+    document.materials = {{"red", "phong", {{"diffuse", "float4", "1 0 0 1"}}, {}},
+                          {"wood",
+                           "pbr",
+                           {},
+                           {{"diffuseTexture", "wood.png", -1, 1}, {"normalTexture", "*0", 0, 0}}}};
+    document.textures = {{"bumps", "rgba8", 1, 1, {1, 2, 3, 4}}};
+    document.cameras.resize(1);
+    document.cameras[0].name = "eye";
+    document.cameras[0].placement.node = 1;
+    document.cameras[0].placement.matrix[14] = 10.0f;
+    document.lights.resize(1);
+    document.lights[0].name = "sun";
+    document.lights[0].kind = ModelLight::DIRECTIONAL;
+    document.lights[0].color = {1.0f, 0.5f, 0.25f};
+    document.notes = {"a note"};
+    return document;
+}
+
+WorkerAnswer sampleAnswer() {
+    WorkerAnswer answer;
+    answer.status = WorkerAnswer::DONE;
+    answer.document = sampleDocument();
+    return answer;
+}
