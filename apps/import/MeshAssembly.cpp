@@ -27,6 +27,7 @@ void MeshAssembly::add(const ModelMesh& source, const std::string& symbol) {
     if (source.triangles.empty()) return;
     const auto attributes = attributesOf(source);
     std::vector<std::vector<unsigned int>> slots;
+    slots.reserve(attributes.size());
     for (const auto& attribute : attributes) slots.push_back(store(attribute));
     if (source.normals.empty()) slots[normalSlot] = slots[0];  // Until they are generated.
 

@@ -15,7 +15,8 @@ void intrusive_ptr_release(const Payload* payload) {
     if (payload->uses_.fetch_sub(1, std::memory_order_acq_rel) == 1) delete payload;
 }
 
-MatrixPayload::MatrixPayload(std::string id, const float* elements) : Payload(std::move(id)) {
+MatrixPayload::MatrixPayload(std::string id, const float* elements)
+    : Payload(std::move(id)), matrix_() {
     std::copy_n(elements, matrix_.size(), matrix_.begin());
 }
 

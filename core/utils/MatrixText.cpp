@@ -41,7 +41,7 @@ std::string joinMatrixText(const std::string& id, const float* elements) {
 }
 
 bool readMatrixText(const std::string& text, std::array<float, 16>& elements) {
-    std::array<float, elementCount> values;
+    std::array<float, elementCount> values{};
     const char* at = text.data();
     const char* const end = at + text.size();
     for (std::size_t i = 0; i < elementCount; ++i) {
