@@ -28,7 +28,8 @@ protected:
 
     /// Ends all deliveries to this object for good: none starts any more, and no other thread is
     /// inside handleEvent() when the call returns. Waits for other threads, not for calls of
-    /// handleEvent() that this thread itself is in.
+    /// handleEvent() that this thread itself is in; so it is called with no lock held that
+    /// handleEvent() takes, and two listeners must not destroy each other from within theirs.
     void endDeliveries();
 
 private:

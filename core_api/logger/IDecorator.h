@@ -6,7 +6,8 @@
 
 namespace vantorix::core::logger {
 
-/// Turns a message into the line that a writer writes.
+/// Turns a message into the line that a writer writes; on several threads at once when the writer
+/// is shared.
 class VANTORIX_CORE_EXPORT IDecorator {
 public:
     virtual std::string decorate(std::string line) = 0;
