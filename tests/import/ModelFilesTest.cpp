@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 
 #include "apps/import/ModelImporter.h"
+#include "scene/animation/Camera.h"
+#include "scene/animation/CameraInstance.h"
 #include "scene/geometry/GeometryManager.h"
 #include "scene/geometry/Mesh.h"
 #include "scene/geometry/Triangle.h"
@@ -163,4 +165,22 @@ TEST_F(ModelFiles, SomeModelsOfTheTestPackage) {
         EXPECT_EQ(result.status, ImportResult::DONE) << result.reason;
         EXPECT_EQ(triangleCount() - before, triangles) << model;
     }
+}
+
+TEST_F(ModelFiles, CamerasAndUnitsOfTheTestPackage) {
+    const std::string models = "/usr/share/assimp/models/";
+    if (!std::filesystem::exists(models)) GTEST_SKIP() << "assimp-testmodels is not installed";
+    ASSERT_EQ(read(models + "FBX/spider.fbx").status, ImportResult::DONE);
+    EXPECT_FLOAT_EQ(scene->getMeterUnit(), 0.01f);
+    // 49.13434 degrees wide at 16:9; the camera looks along +x of its node.
+    const auto camera = scene->getCameraAt(0);
+    EXPECT_NEAR(camera->getYFov(), 28.84f, 0.01f);
+    const auto place = scene->getCameraInstanceAt(0)->getParentNode();
+    EXPECT_NEAR((place->getTransformations().col(2) + Eigen::Vector4f::UnitX()).norm(), 0, 1e-6f);
+
+    // The heights stand in the file: 0.7 radians, and a "ymag" of 1.
+    ASSERT_EQ(read(models + "glTF2/cameras/Cameras.gltf").status, ImportResult::DONE);
+    EXPECT_NEAR(scene->getCameraAt(1)->getYFov(), 40.107f, 0.001f);
+    EXPECT_EQ(scene->getCameraAt(2)->getCameraType(), Camera::ORTHOGRAPHIC);
+    EXPECT_EQ(scene->getCameraAt(2)->getYFov(), 1.0f);
 }

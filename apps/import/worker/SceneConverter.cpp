@@ -97,10 +97,10 @@ void SceneConverter::convertMetadata() {
     if (!metadata) return;
     int upAxis = 1;
     if (metadata->Get("UpAxis", upAxis) && upAxis >= 0 && upAxis <= 2) document_.upAxis = upAxis;
-    double centimetres = 0.0;
+    float centimetres = 0.0f;
     if (metadata->Get("UnitScaleFactor", centimetres) && std::isfinite(centimetres) &&
-        centimetres > 0.0 && centimetres < 1e9) {
-        document_.meterUnit = static_cast<float>(centimetres / 100.0);
+        centimetres > 0.0f) {
+        document_.meterUnit = centimetres / 100.0f;
     }
 }
 
