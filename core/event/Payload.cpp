@@ -28,7 +28,7 @@ const std::string& MatrixPayload::text() const {
 }
 
 const std::string& MatrixPayload::render() const {
-    const auto* fresh = new std::string(utils::joinMatrixText(Payload::text(), matrix_.data()));
+    const auto* fresh = new std::string(utils::joinMatrixText(beginning(), matrix_.data()));
     const std::string* known = nullptr;
     if (rendered_.compare_exchange_strong(known, fresh)) return *fresh;
     delete fresh;
