@@ -46,10 +46,11 @@ as_root() {
     fi
     command -v apt-get >/dev/null || fail "This machine has no apt-get. Packages needed: $*"
     say "Installing $*"
-    # The one for a machine whose lists are old, the other for waiting on a running apt.
-    "${root[@]}" apt-get update -qq </dev/null
+    "${root[@]}" apt-get update -qq -o Acquire::Retries=3 </dev/null
+    # Another apt may be running on a machine that has just started.
     "${root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq \
-        -o DPkg::Lock::Timeout=300 -o Dpkg::Use-Pty=0 --no-install-recommends "$@" </dev/null >/dev/null
+        -o Acquire::Retries=3 -o DPkg::Lock::Timeout=300 -o Dpkg::Use-Pty=0 \
+        --no-install-recommends "$@" </dev/null >/dev/null
 }
 
 # The instrumented programs of g++ 12 want fewer random address bits than some kernels use.
