@@ -54,7 +54,7 @@ public:
     std::array<float, N> fixedFloats(const char* key) const {
         const auto values = floats(key);
         requireSize(key, values.size(), N);
-        std::array<float, N> result;
+        std::array<float, N> result{};
         std::memcpy(result.data(), values.data(), sizeof(result));
         return result;
     }

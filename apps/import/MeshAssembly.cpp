@@ -1,7 +1,10 @@
 #include "apps/import/MeshAssembly.h"
 
+#include <utility>
+
 #include <boost/make_shared.hpp>
 
+#include "apps/import/NormalGenerator.h"
 #include "scene/geometry/Mesh.h"
 #include "scene/geometry/Stream.h"
 #include "scene/geometry/TriangleMeshPrimitive.h"
@@ -9,6 +12,12 @@
 namespace vantorix::apps::import {
 
 using namespace scene;
+
+namespace {
+
+constexpr std::size_t normalSlot = 1;
+
+}  // namespace
 
 MeshAssembly::MeshAssembly(boost::shared_ptr<Mesh> mesh)
     : mesh_(mesh),
@@ -18,7 +27,9 @@ void MeshAssembly::add(const ModelMesh& source, const std::string& symbol) {
     if (source.triangles.empty()) return;
     const auto attributes = attributesOf(source);
     std::vector<std::vector<unsigned int>> slots;
+    slots.reserve(attributes.size());
     for (const auto& attribute : attributes) slots.push_back(store(attribute));
+    if (source.normals.empty()) slots[normalSlot] = slots[0];  // Until they are generated.
 
     auto& records = groupFor(symbol, attributes).records;
     records.reserve(records.size() + source.triangles.size() * slots.size());
@@ -28,6 +39,7 @@ void MeshAssembly::add(const ModelMesh& source, const std::string& symbol) {
 }
 
 void MeshAssembly::finish() {
+    generateNormals();
     for (auto& group : groups_) {
         const auto primitive =
             boost::make_shared<TriangleMeshPrimitive>(mesh_, group.mappings, group.records);
@@ -39,7 +51,7 @@ void MeshAssembly::finish() {
 
 std::vector<MeshAssembly::Attribute> MeshAssembly::attributesOf(const ModelMesh& source) {
     std::vector<Attribute> attributes{{POSITION, 3, &source.positions}};
-    if (!source.normals.empty()) attributes.push_back({NORMAL, 3, &source.normals});
+    attributes.push_back({NORMAL, 3, &source.normals});
     for (std::size_t i = 0; i < source.texCoords.size(); ++i) {
         const auto& set = source.texCoords[i];
         if (set.values.empty()) continue;
@@ -56,7 +68,9 @@ MeshAssembly::Group& MeshAssembly::groupFor(const std::string& symbol,
     for (const auto& attribute : attributes) {
         layout.emplace_back(attribute.semantic, attribute.components);
     }
-    const auto [entry, added] = groupNumbers_.try_emplace({symbol, layout}, groups_.size());
+    const bool lacksNormals = attributes[normalSlot].values->empty();
+    const auto [entry, added] =
+        groupNumbers_.try_emplace({symbol, lacksNormals, layout}, groups_.size());
     if (!added) return groups_[entry->second];
 
     // Primitives read a slot by the mapping's place in the list, so the two have to agree.
@@ -64,7 +78,7 @@ MeshAssembly::Group& MeshAssembly::groupFor(const std::string& symbol,
     for (std::size_t i = 1; i < layout.size(); ++i) {
         mappings.emplace_back(layout[i].first, streams_.at(layout[i]), static_cast<int>(i));
     }
-    groups_.push_back({symbol, mappings, {}});
+    groups_.push_back({symbol, mappings, lacksNormals, {}});
     return groups_.back();
 }
 
@@ -94,6 +108,29 @@ std::vector<unsigned int> MeshAssembly::store(const Attribute& attribute) {
             stream.insertValue(attribute.components, &values[i * components]));
     }
     return tuples;
+}
+
+void MeshAssembly::generateNormals() {
+    std::vector<unsigned int> corners;
+    for (const auto& group : groups_) {
+        if (!group.lacksNormals) continue;
+        const std::size_t stride = group.mappings.size();
+        for (std::size_t i = 0; i < group.records.size(); i += stride) {
+            corners.push_back(group.records[i]);
+        }
+    }
+    if (corners.empty()) return;
+    const auto& positions = std::as_const(*streams_.at({POSITION, 3})).values;
+    const auto tuples = NormalGenerator(positions, corners).storeIn(*streams_.at({NORMAL, 3}));
+
+    auto tuple = tuples.begin();
+    for (auto& group : groups_) {
+        if (!group.lacksNormals) continue;
+        const std::size_t stride = group.mappings.size();
+        for (std::size_t i = normalSlot; i < group.records.size(); i += stride) {
+            group.records[i] = *tuple++;
+        }
+    }
 }
 
 }  // namespace vantorix::apps::import

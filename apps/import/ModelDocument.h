@@ -31,7 +31,7 @@ struct ModelMesh {
     std::string name;
     std::uint32_t material = 0;
     std::vector<float> positions;           ///< 3 per vertex.
-    std::vector<float> normals;             ///< 3 per vertex.
+    std::vector<float> normals;             ///< 3 per vertex; generated later where empty.
     std::vector<float> colors;              ///< 4 per vertex: red, green, blue, alpha.
     std::vector<ModelTexCoords> texCoords;  ///< At most mostTexCoordSets.
     std::vector<std::uint32_t> triangles;   ///< 3 vertex numbers per triangle.

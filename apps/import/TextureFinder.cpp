@@ -68,13 +68,13 @@ std::string TextureFinder::findPath(const fs::path& path) {
 
 std::string TextureFinder::findInAnyCase(const fs::path& relative) {
     fs::path place = folder_;
-    for (const auto& part : relative) {
-        if (part == "." || part == "..") {
-            place /= part;
+    for (const auto& step : relative) {
+        if (step == "." || step == "..") {
+            place /= step;
             continue;
         }
         const Names& names = namesIn(place);
-        const auto match = names.find(lowerCase(part.string()));
+        const auto match = names.find(lowerCase(step.string()));
         if (match == names.end()) return "";
         place /= match->second;
     }

@@ -68,8 +68,8 @@ public:
     const posix_spawnattr_t* attributes() const { return &attributes_; }
 
 private:
-    posix_spawn_file_actions_t files_;
-    posix_spawnattr_t attributes_;
+    posix_spawn_file_actions_t files_{};
+    posix_spawnattr_t attributes_{};
 };
 
 void limitResource(pid_t child, __rlimit_resource resource, std::uint64_t soft,

@@ -1,4 +1,7 @@
+#include <cstdint>
 #include <string>
+#include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include <benchmark/benchmark.h>
@@ -78,6 +81,25 @@ void signals2(benchmark::State& state) {
     checkDeliveries(state, deliveries);
 }
 BENCHMARK(signals2)->Arg(0)->Arg(1)->Arg(8);
+
+/// The same when signals are known by the name of the event.
+void signals2ByName(benchmark::State& state) {
+    std::unordered_map<std::string, boost::signals2::signal<void(PlainEvent)>> signals;
+    std::int64_t deliveries = 0;
+    for (std::int64_t i = 0; i < state.range(0); ++i) {
+        signals[typeName].connect([&deliveries](PlainEvent event) {
+            benchmark::DoNotOptimize(event);
+            ++deliveries;
+        });
+    }
+    for (auto _ : state) {
+        PlainEvent event{typeName, payload, std::string()};
+        const auto signal = signals.find(event.type);
+        if (signal != signals.end()) signal->second(std::move(event));
+    }
+    checkDeliveries(state, deliveries);
+}
+BENCHMARK(signals2ByName)->Arg(1)->Arg(8);
 
 /// The lightest signal: an event of our own by value.
 void signals2OwnEvent(benchmark::State& state) {

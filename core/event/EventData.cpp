@@ -1,7 +1,5 @@
 #include "core_api/event/EventData.h"
 
-#include <algorithm>
-#include <array>
 #include <cstring>
 #include <string_view>
 #include <utility>
@@ -31,10 +29,9 @@ EventData::EventData(std::string payload) : short_{} {
         payload_ = new Payload(std::move(payload));
         return;
     }
-    std::array<char, sizeof(short_)> bytes{};
-    std::copy(payload.begin(), payload.end(), bytes.begin());
-    bytes.back() = static_cast<char>(payload.size());
-    std::memcpy(short_.data(), bytes.data(), sizeof(short_));
+    auto* const bytes = reinterpret_cast<char*>(short_.data());
+    std::memcpy(bytes, payload.data(), payload.size());
+    bytes[longestShort] = static_cast<char>(payload.size());
 }
 
 EventData::EventData(const Payload* payload) : payload_(payload), short_{} {}
@@ -52,6 +49,8 @@ std::string EventData::toString() const { return std::string(text()); }
 
 std::string EventData::getArg(int index) const {
     if (index < 1) return std::string();
+    // An id can be read without making the text of the matrix behind it.
+    if (payload_ && index == 1) return argumentOf(payload_->beginning(), index);
     return argumentOf(text(), index);
 }
 

@@ -1,5 +1,6 @@
 #include "core_api/event/EventType.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <utility>
@@ -16,6 +17,12 @@ namespace {
 std::uint64_t mixed(std::uint64_t value) {
     value *= 0x9E3779B97F4A7C15u;  // The golden ratio, Knuth, The Art of Computer Programming, 6.4.
     return value ^ value >> 32;
+}
+
+std::uint64_t word(const char* bytes, std::size_t size) {
+    std::uint64_t result = 0;
+    std::memcpy(&result, bytes, size);
+    return result;
 }
 
 }  // namespace
@@ -64,16 +71,12 @@ const std::string& EventType::getName() const {
 }
 
 std::size_t EventType::hashOf(const std::string& name) {
+    const char* const end = name.data() + name.size();
     std::uint64_t hash = name.size();
-    std::size_t begin = 0;
-    for (; begin + sizeof(hash) <= name.size(); begin += sizeof(hash)) {
-        std::uint64_t word;
-        std::memcpy(&word, name.data() + begin, sizeof(word));
-        hash = mixed(hash ^ word);
-    }
-    std::uint64_t rest = 0;
-    for (; begin < name.size(); ++begin) rest = rest << 8 | static_cast<unsigned char>(name[begin]);
-    return static_cast<std::size_t>(mixed(hash ^ rest));
+    for (const char* at = name.data(); end - at > 8; at += 8) hash = mixed(hash ^ word(at, 8));
+    // The last eight bytes, also where they overlap with the ones before.
+    const auto rest = std::min<std::size_t>(name.size(), 8);
+    return static_cast<std::size_t>(mixed(hash ^ word(end - rest, rest)));
 }
 
 }  // namespace vantorix::core::event

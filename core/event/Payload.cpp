@@ -15,7 +15,8 @@ void intrusive_ptr_release(const Payload* payload) {
     if (payload->uses_.fetch_sub(1, std::memory_order_acq_rel) == 1) delete payload;
 }
 
-MatrixPayload::MatrixPayload(std::string id, const float* elements) : Payload(std::move(id)) {
+MatrixPayload::MatrixPayload(std::string id, const float* elements)
+    : Payload(std::move(id)), matrix_() {
     std::copy_n(elements, matrix_.size(), matrix_.begin());
 }
 
@@ -27,7 +28,7 @@ const std::string& MatrixPayload::text() const {
 }
 
 const std::string& MatrixPayload::render() const {
-    const auto* fresh = new std::string(utils::joinMatrixText(Payload::text(), matrix_.data()));
+    const auto* fresh = new std::string(utils::joinMatrixText(beginning(), matrix_.data()));
     const std::string* known = nullptr;
     if (rendered_.compare_exchange_strong(known, fresh)) return *fresh;
     delete fresh;

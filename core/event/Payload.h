@@ -18,6 +18,9 @@ public:
 
     virtual const std::string& text() const { return text_; }
 
+    /// A beginning of the text that ends with the text or before a comma; costs nothing.
+    const std::string& beginning() const { return text_; }
+
 private:
     friend void intrusive_ptr_add_ref(const Payload* payload);
     friend void intrusive_ptr_release(const Payload* payload);

@@ -3,26 +3,24 @@
 #include <charconv>
 #include <system_error>
 
+#include "core/utils/ShortestFloat.h"
+
 namespace vantorix::core::utils {
 namespace {
 
 constexpr std::size_t elementCount = 16;
-constexpr std::size_t longestElement = 16;  // "-1.17549435e-38" and a blank.
+constexpr std::size_t longestElement = longestFloatText + 1;  // And a blank.
 
 struct TextBuffer {
     char text[elementCount * longestElement];
     char* end = text;
 };
 
-void append(TextBuffer& buffer, float value) {
-    buffer.end = std::to_chars(buffer.end, std::end(buffer.text), value).ptr;
-}
-
 void appendAll(TextBuffer& buffer, const float* elements) {
-    append(buffer, elements[0]);
+    buffer.end = writeShortest(buffer.end, elements[0]);
     for (std::size_t i = 1; i < elementCount; ++i) {
         *buffer.end++ = ' ';
-        append(buffer, elements[i]);
+        buffer.end = writeShortest(buffer.end, elements[i]);
     }
 }
 
@@ -43,7 +41,7 @@ std::string joinMatrixText(const std::string& id, const float* elements) {
 }
 
 bool readMatrixText(const std::string& text, std::array<float, 16>& elements) {
-    std::array<float, elementCount> values;
+    std::array<float, elementCount> values{};
     const char* at = text.data();
     const char* const end = at + text.size();
     for (std::size_t i = 0; i < elementCount; ++i) {

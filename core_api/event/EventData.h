@@ -29,7 +29,8 @@ public:
     EventData(std::string payload);
 
     /// The payload @p id + "," + Matrix::toEventDataString() of @p matrix. The matrix is copied
-    /// now; the text is made when it is first read, on the reading thread.
+    /// now; the text is made when it is first read, on the reading thread. Reading the first value
+    /// only does not make it.
     static EventData withMatrix(std::string id, const utils::Matrix& matrix);
 
     /// The same from 16 floats, column by column; a null pointer counts as the identity.

@@ -68,7 +68,7 @@ def speckle(picture, chance, count, strength):
     for _ in range(count):
         x, y = chance.randrange(picture.width), chance.randrange(picture.height)
         change = chance.randint(-strength, strength)
-        color = tuple(min(max(part + change, 0), 255) for part in picture.getpixel((x, y)))
+        color = tuple(min(max(level + change, 0), 255) for level in picture.getpixel((x, y)))
         size = chance.randint(0, 2)
         pen.ellipse((x - size, y - size, x + size, y + size), fill=color)
 
@@ -80,7 +80,7 @@ def draw_skin(width=1120, height=512):
     column = [rib_color(abs((x + 0.5) / rib * 2.0 - 1.0)) for x in range(rib)]
     for y in range(height):
         light = 0.82 + 0.3 * (1.0 - y / height)  # Young growth at the top is lighter.
-        row = [tuple(min(int(part * light), 255) for part in color) for color in column]
+        row = [tuple(min(int(level * light), 255) for level in color) for color in column]
         for x in range(width):
             pixels[x, y] = row[x % rib]
     speckle(picture, random.Random(2), 9000, strength=8)

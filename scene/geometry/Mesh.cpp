@@ -178,6 +178,7 @@ Eigen::Vector3f Mesh::outermostPosition(BoxRule extend) const {
     const auto* const mapping = findBySemantic(vertices_, POSITION);
     if (!mapping || !mapping->stream) return result;
     const Stream& stream = *mapping->stream;
+    if (stream.stride <= 0) return result;  // As many samples as there may be, all are 0.
     const auto step =
         std::max<std::size_t>(1, stream.values.size() / static_cast<std::size_t>(bvSampleDivisor_));
     // The counter of the stream, not the length of its values, says how many there are.

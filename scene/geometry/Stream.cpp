@@ -33,7 +33,7 @@ std::vector<float> overlappingTuple(const FloatArray& values, std::size_t stride
                                     const float* value) {
     const float* const begin = values.data();
     const float* const end = begin + values.size();
-    const std::less<const float*> before;
+    const std::less<> before;
     if (before(value, begin) || !before(value, end)) return {};
     std::vector<float> tuple(value,
                              value + std::min(stride, static_cast<std::size_t>(end - value)));

@@ -1,11 +1,11 @@
 #include "scene/graph/LayerManager.h"
 
-#include "scene/graph/LogFile.h"
+#include "scene/geometry/LogWriters.h"
 
 namespace vantorix::scene {
 
 LayerManager::LayerManager() {
-    writeToFile(logger_, "SceneManager.log");
+    addFileWriter(logger_, "SceneManager.log");
     for (const auto* name :
          {"hidden", "visible", "selected", "cast_shadow", "transparent", "post_render"}) {
         addLayer(name);

@@ -8,9 +8,9 @@
 
 #include "scene/geometry/GeometryManager.h"
 #include "scene/geometry/IGeometry.h"
+#include "scene/geometry/LogWriters.h"
 #include "scene/graph/ISceneController.h"
 #include "scene/graph/LayerManager.h"
-#include "scene/graph/LogFile.h"
 #include "scene/graph/Node.h"
 #include "scene/graph/NodeIndex.h"
 #include "scene/graph/NodeWalk.h"
@@ -32,7 +32,7 @@ SceneManager::SceneManager(boost::shared_ptr<core::event::EventManager> eventMan
       sync_(boost::make_shared<SceneSync>(eventManager,
                                           boost::make_shared<core::system::MillisecClock>(true))),
       handlerGate_(boost::make_shared<HandlerGate>(this)) {
-    writeToFile(logger_, "SceneManager.log");
+    addFileWriter(logger_, "SceneManager.log");
     layerManager_ = boost::make_shared<LayerManager>();
     registerEventHandlers();
     geometryManager_ = boost::make_shared<GeometryManager>(eventManager);

@@ -10,8 +10,8 @@
 #include "core_api/event/EventManager.h"
 #include "core_api/system/IClock.h"
 
+#include "scene/geometry/LogWriters.h"
 #include "scene/graph/ISceneController.h"
-#include "scene/graph/LogFile.h"
 #include "scene/graph/SceneEvents.h"
 
 namespace vantorix::scene {
@@ -26,7 +26,7 @@ ISceneController::~ISceneController() = default;
 SceneSync::SceneSync(boost::shared_ptr<core::event::EventManager> eventManager,
                      boost::shared_ptr<core::system::IClock> clock)
     : eventManager_(std::move(eventManager)), clock_(std::move(clock)) {
-    writeToFile(logger_, "SceneManager.log");
+    addFileWriter(logger_, "SceneManager.log");
 }
 
 SceneSync::~SceneSync() = default;

@@ -1,7 +1,9 @@
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include <boost/make_shared.hpp>
 #include <gtest/gtest.h>
 
 #include "core_api/core_api.h"
@@ -114,7 +116,7 @@ TEST_F(EventBaseTest, AnOverriddenHandleEventSeesEveryTypeThatIsListenedTo) {
 }
 
 TEST_F(EventBaseTest, AListenerMayDestroyItselfInAnOverriddenHandleEvent) {
-    struct Suicidal : EventListener {
+    struct SelfDestroying : EventListener {
         void handleEvent(Event event) override {
             if (event.getEventData().toString() == "nested") {
                 delete this;
@@ -124,7 +126,7 @@ TEST_F(EventBaseTest, AListenerMayDestroyItselfInAnOverriddenHandleEvent) {
         }
         EventManager* manager = nullptr;
     };
-    auto* const listener = new Suicidal;
+    auto* const listener = new SelfDestroying;
     listener->manager = manager.get();
     manager->registerListener(type, listener);
     manager->triggerEvent("T", "outer");

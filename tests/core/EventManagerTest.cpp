@@ -1,7 +1,9 @@
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
+#include <boost/make_shared.hpp>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

@@ -33,6 +33,7 @@ void runTogether(int threads, const Work& work) {
 }
 
 struct Counter : EventListener {
+    ~Counter() override { endDeliveries(); }
     void handleEvent(Event) override { ++count; }
     std::atomic<int> count{0};
 };

@@ -14,8 +14,8 @@ struct MeshTest : QuietTest {
     boost::shared_ptr<Mesh> mesh = boost::make_shared<Mesh>("m", "name");
 
     boost::shared_ptr<TriangleMeshPrimitive> addPrimitive(const boost::shared_ptr<Mesh>& target) {
-        const auto primitive =
-            boost::make_shared<TriangleMeshPrimitive>(target, std::vector<StreamMapping>());
+        const auto primitive = boost::make_shared<TriangleMeshPrimitive>(
+            target, std::vector<StreamMapping>{StreamMapping(VERTEX, {}, 0)});
         target->addPrimitive(primitive);
         return primitive;
     }

@@ -24,15 +24,22 @@ struct NormalRecalculation : QuietTest {
         make({0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0}, mappings, indices);
     }
     const StreamMapping vertex = StreamMapping(VERTEX, {}, 0);
-    const Floats upwards = {0, 0, 1, 0, 0, 1, 0, 0, 1, 0, 0, 1};
 };
+
+bool areUpwards(const FloatArray& normals, std::size_t count) {
+    for (std::size_t i = 0; i + 2 < normals.size(); i += 3) {
+        const Vector3f normal(normals[i], normals[i + 1], normals[i + 2]);
+        if (!normal.isApprox(Vector3f(0, 0, 1))) return false;
+    }
+    return normals.size() == 3 * count;
+}
 
 TEST_F(NormalRecalculation, AMeshWithoutNormalsGetsASharedStream) {
     makeSquare({vertex}, {0, 1, 2, 0, 2, 3});
     mesh->recalculateVertexNormals();
     const auto stream = mesh->getStream("VT_Calculated_Normals");
     ASSERT_TRUE(stream);
-    EXPECT_EQ(stream->values, upwards);
+    EXPECT_TRUE(areUpwards(stream->values, 4));
     EXPECT_EQ(stream->count, 0);
     EXPECT_EQ(mesh->getVertices().back().semantic, NORMAL);
     EXPECT_EQ(primitive->getTriangleAt(1)->getVertexAt(2)->getElementCount(), 2u);
@@ -40,7 +47,7 @@ TEST_F(NormalRecalculation, AMeshWithoutNormalsGetsASharedStream) {
     stream->values.clear();
     mesh->recalculateVertexNormals();
     EXPECT_EQ(mesh->getStreams().size(), 2u);
-    EXPECT_EQ(stream->values, upwards);
+    EXPECT_TRUE(areUpwards(stream->values, 4));
 }
 
 TEST_F(NormalRecalculation, NormalsOfTheMeshKeepTheirStream) {
@@ -49,13 +56,13 @@ TEST_F(NormalRecalculation, NormalsOfTheMeshKeepTheirStream) {
     mesh->addVerticesMapping(StreamMapping(NORMAL, normals, 0));
     mesh->recalculateVertexNormals();
     EXPECT_EQ(mesh->getVertices()[1].stream, normals);
-    EXPECT_EQ(normals->values, upwards);
+    EXPECT_TRUE(areUpwards(normals->values, 4));
     EXPECT_EQ(normals->count, 1);
 }
 
 TEST_F(NormalRecalculation, OwnNormalsAreReplacedAndStoredOncePerValue) {
     const auto old = makeStream("n", 3, Floats(18, 5.0f));
-    makeSquare({vertex, StreamMapping(NORMAL, old, 1)}, {0, 5, 1, 4, 2, 3, 0, 2, 2, 1, 3, 0});
+    makeSquare({vertex, StreamMapping(NORMAL, old, 1)}, {1, 5, 2, 4, 0, 3, 3, 2, 0, 1, 2, 0});
     mesh->addStream(old);
     mesh->recalculateVertexNormals();
     const auto stream = mesh->getStream("n");
@@ -63,7 +70,7 @@ TEST_F(NormalRecalculation, OwnNormalsAreReplacedAndStoredOncePerValue) {
     EXPECT_EQ(primitive->getStreamMapping()[1].stream, stream);
     EXPECT_EQ(stream->values, (Floats{0, 0, 1}));
     EXPECT_EQ(stream->count, 1);
-    EXPECT_EQ(primitive->getIndexStream(), (Indices{0, 0, 1, 0, 2, 0, 0, 0, 2, 0, 3, 0}));
+    EXPECT_EQ(primitive->getIndexStream(), (Indices{1, 0, 2, 0, 0, 0, 3, 0, 0, 0, 2, 0}));
     EXPECT_EQ(old->values.size(), 18u);
 }
 
@@ -89,7 +96,7 @@ TEST_F(NormalRecalculation, OnlyCountedPositionsGetNormals) {
     makeSquare({vertex}, {0, 1, 2, 0, 2, 3});
     mesh->getStream("positions")->count = 2;
     mesh->recalculateVertexNormals();
-    EXPECT_EQ(mesh->getStream("VT_Calculated_Normals")->values, (Floats{0, 0, 1, 0, 0, 1}));
+    EXPECT_TRUE(areUpwards(mesh->getStream("VT_Calculated_Normals")->values, 2));
 }
 
 TEST_F(NormalRecalculation, WithoutPositionsNothingHappens) {

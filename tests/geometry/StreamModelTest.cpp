@@ -66,6 +66,7 @@ public:
                 break;
             case 8:
                 both([](auto& v) { v = Floats(v); });
+                pointer_ = nullptr;
                 break;
             case 9:
                 if (below(20) == 0) both([](auto& v) { v.clear(); });

@@ -112,6 +112,7 @@ TEST_F(DistinctStream, AWriteThroughAnOldReferenceCounts) {
 
 TEST_F(DistinctStream, AWriteThroughAReferenceIntoASwappedArrayCounts) {
     Floats outside(300, 5.0f);
+    outside.reserve(400);
     float* const kept = outside.data();
     stream.values.swap(outside);
     insert({6, 6, 6});

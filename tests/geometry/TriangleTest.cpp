@@ -141,7 +141,7 @@ TEST(Triangle, MissingVerticesAndPositionsCountAsTheOrigin) {
 
 /// A triangle as it comes out of a mesh, whose vertices are made when they are asked for.
 struct ReadTriangle : QuietTest {
-    boost::shared_ptr<Mesh> mesh = makeMesh({});
+    boost::shared_ptr<Mesh> mesh = boost::make_shared<Mesh>("m", "");
     TriangleMeshPrimitive primitive{mesh, {}};
 
     boost::shared_ptr<Triangle> read() {
@@ -175,7 +175,7 @@ TEST_F(ReadTriangle, TransformsAlikeBeforeAndAfterItsVerticesWereRead) {
 
 TEST_F(ReadTriangle, KeepsItsValuesWhenTheMeshChanges) {
     const auto triangle = read();
-    mesh->getStream("positions")->values.clear();
+    mesh->getStream("position_stream")->values.clear();
     EXPECT_EQ(triangle->getVertexAt(1)->getPositionVector(), Vector3f(1, 0, 0));
 }
 
