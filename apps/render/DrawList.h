@@ -47,6 +47,7 @@ struct DrawItem {
     std::shared_ptr<const Corners> corners;  ///< Shared by all items that show the same primitive.
     Eigen::Matrix4d world = Eigen::Matrix4d::Identity();
     Surface surface;
+    bool hasTransparentCorners = false;  ///< Some corner's colour lets through what lies behind.
 };
 
 struct LightSource {

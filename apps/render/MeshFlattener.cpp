@@ -103,7 +103,11 @@ FlatPrimitive flatten(const scene::Mesh& mesh, scene::IMeshPrimitive& primitive,
     } else if (primitive.getType() == scene::IMeshPrimitive::TRIANGLES) {
         addTriangles(indexCount, step, flattening);
     }
-    return {flattening.take(), reader.hasTexCoords()};
+    FlatPrimitive flat{flattening.take(), false, reader.hasTexCoords()};
+    flat.hasTransparentCorners =
+        std::any_of(flat.corners.begin(), flat.corners.end(),
+                    [](const Corner& corner) { return corner.colour[3] < 255; });
+    return flat;
 }
 
 }  // namespace vantorix::apps::render

@@ -13,6 +13,7 @@ namespace vantorix::apps::render {
 /// What can be drawn of a mesh primitive.
 struct FlatPrimitive {
     Corners corners;
+    bool hasTransparentCorners = false;
     bool hasTexCoords = false;  ///< Without, a texture would show one of its pixels everywhere.
 };
 

@@ -1,8 +1,8 @@
 #include "apps/render/OffscreenContext.h"
 
-#define SDL_MAIN_HANDLED
+#include <string>
+
 #include <SDL.h>
-#include <epoxy/gl.h>
 
 #include "apps/render/RenderError.h"
 
@@ -15,11 +15,6 @@ void requestCore(int major, int minor) {
     SDL_GL_SetAttribute(SDL_GL_CONTEXT_MAJOR_VERSION, major);
     SDL_GL_SetAttribute(SDL_GL_CONTEXT_MINOR_VERSION, minor);
     SDL_GL_SetAttribute(SDL_GL_CONTEXT_PROFILE_MASK, SDL_GL_CONTEXT_PROFILE_CORE);
-}
-
-std::string textOf(GLenum name) {
-    const auto* text = reinterpret_cast<const char*>(glGetString(name));
-    return text ? text : "";
 }
 
 }  // namespace
@@ -56,10 +51,6 @@ void OffscreenContext::release() {
     if (context_) SDL_GL_DeleteContext(context_);
     if (window_) SDL_DestroyWindow(window_);
     SDL_Quit();
-}
-
-std::string OffscreenContext::describe() const {
-    return textOf(GL_RENDERER) + ", OpenGL " + textOf(GL_VERSION);
 }
 
 }  // namespace vantorix::apps::render

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <string>
-
 struct SDL_Window;
 
 namespace vantorix::apps::render {
@@ -16,9 +14,6 @@ public:
 
     OffscreenContext(const OffscreenContext&) = delete;
     OffscreenContext& operator=(const OffscreenContext&) = delete;
-
-    /// Renderer and version, as the driver names them.
-    std::string describe() const;
 
 private:
     void createContext();

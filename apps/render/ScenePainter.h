@@ -1,7 +1,6 @@
 #pragma once
 
-#include <array>
-#include <memory>
+#include <map>
 #include <vector>
 
 #include <epoxy/gl.h>
@@ -33,14 +32,14 @@ public:
 private:
     struct Call;
 
-    static std::vector<Call> plan(const std::vector<DrawItem>& items, const Viewpoint& viewpoint,
-                                  TextureStore& textures);
+    static std::vector<Call> plan(const std::vector<DrawItem>& items, const Lighting& lighting,
+                                  const Viewpoint& viewpoint, TextureStore& textures);
     void draw(const Call& call, const Viewpoint& viewpoint, const Lighting& lighting,
               VertexStore& vertices);
-    const SceneShader& shaderFor(SceneShader::Variant variant, const Viewpoint& viewpoint,
+    const SceneShader& shaderFor(const ShaderFeatures& features, const Viewpoint& viewpoint,
                                  const Lighting& lighting);
 
-    std::array<std::unique_ptr<SceneShader>, SceneShader::variantCount> shaders_;
+    std::map<ShaderFeatures, SceneShader> shaders_;
     const SceneShader* current_ = nullptr;
 };
 

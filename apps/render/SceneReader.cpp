@@ -52,19 +52,15 @@ private:
     /// One primitive with one set of texture coordinates.
     using FlatKey = std::pair<const scene::IMeshPrimitive*, scene::StreamSemantic>;
 
-    struct Flat {
-        std::shared_ptr<const Corners> corners;
-        bool hasTexCoords = false;
-    };
-
     void addPrimitive(const scene::Mesh& mesh, scene::IMeshPrimitive& primitive,
                       const boost::shared_ptr<scene::Material>& material,
                       const Eigen::Matrix4d& world) {
         DrawItem item{{}, world, surfaceOf(material)};
-        const Flat& flat = flatOf(mesh, primitive, texCoordSemantic(item.surface.texCoordSet));
-        if (flat.corners->empty()) return;
-        item.corners = flat.corners;
-        if (!flat.hasTexCoords) item.surface.imageId.clear();
+        const auto flat = flatOf(mesh, primitive, texCoordSemantic(item.surface.texCoordSet));
+        if (flat->corners.empty()) return;
+        item.corners = std::shared_ptr<const Corners>(flat, &flat->corners);
+        item.hasTransparentCorners = flat->hasTransparentCorners;
+        if (!flat->hasTexCoords) item.surface.imageId.clear();
         list_.items.push_back(std::move(item));
     }
 
@@ -74,18 +70,19 @@ private:
         return surfaces_[material.get()] = material ? readSurface(*material) : Surface();
     }
 
-    const Flat& flatOf(const scene::Mesh& mesh, scene::IMeshPrimitive& primitive,
-                       scene::StreamSemantic texCoords) {
-        Flat& flat = flats_[{&primitive, texCoords}];
-        if (flat.corners) return flat;
-        FlatPrimitive made = flatten(mesh, primitive, texCoords);
-        flat = {std::make_shared<const Corners>(std::move(made.corners)), made.hasTexCoords};
+    std::shared_ptr<const FlatPrimitive> flatOf(const scene::Mesh& mesh,
+                                                scene::IMeshPrimitive& primitive,
+                                                scene::StreamSemantic texCoords) {
+        auto& flat = flats_[{&primitive, texCoords}];
+        if (!flat) {
+            flat = std::make_shared<const FlatPrimitive>(flatten(mesh, primitive, texCoords));
+        }
         return flat;
     }
 
     DrawList& list_;
     std::map<const scene::Material*, Surface> surfaces_;
-    std::map<FlatKey, Flat> flats_;
+    std::map<FlatKey, std::shared_ptr<const FlatPrimitive>> flats_;
 };
 
 /// Visible nodes in depth-first order, each once, without recursion: trees may be very deep.

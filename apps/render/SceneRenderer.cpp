@@ -65,31 +65,27 @@ Eigen::Vector3d centreOf(const Box& box) { return box.least + (box.most - box.le
 class SceneRenderer::Implementation {
 public:
     Rendering render(const SceneContents& contents, const ImageSource& images, const View& view) {
-        Pass pass{contents, view, RenderTarget(view.width, view.height), TextureStore(images), {}};
+        Pass pass{contents, RenderTarget(view.width, view.height), TextureStore(images), {}};
         const CameraPlace* const camera = cameraFor(contents, view);
-        Rendering rendering;
-        if (camera)
-            rendering = draw(throughLens(camera->lens, camera->world, aspectOf(view)), pass);
-        const bool isWanted = view.camera.empty() && !contents.list.items.empty();
-        if (!camera || (rendering.coveredPixels == 0 && isWanted)) {
-            rendering = draw(frame(contents.box, contents.upAxis, aspectOf(view)), pass);
-            if (camera) {
-                rendering.notes.push_back("camera \"" + camera->id +
-                                          "\" shows nothing; the whole model is shown instead");
-            }
+        const auto everything = frame(contents.box, contents.upAxis, aspectOf(view));
+        Rendering rendering = draw(
+            camera ? throughLens(camera->lens, camera->world, aspectOf(view)) : everything, pass);
+        const bool isMissed =
+            camera && rendering.coveredPixels == 0 && !contents.list.items.empty();
+        if (isMissed && view.camera.empty()) {
+            rendering = draw(everything, pass);
+            rendering.notes.push_back("camera \"" + camera->id +
+                                      "\" shows nothing; the whole model is shown instead");
         }
         const auto& unread = pass.textures.getNotes();
         rendering.notes.insert(rendering.notes.end(), unread.begin(), unread.end());
         return rendering;
     }
 
-    std::string describe() const { return context_.describe(); }
-
 private:
     /// All that pictures of one scene share.
     struct Pass {
         const SceneContents& contents;
-        const View& view;
         RenderTarget target;
         TextureStore textures;
         VertexStore vertices;
@@ -130,7 +126,5 @@ Rendering SceneRenderer::render(scene::SceneManager& scene, const ImageSource& i
                                 const View& view) {
     return implementation_->render(readScene(scene), images, view);
 }
-
-std::string SceneRenderer::describe() const { return implementation_->describe(); }
 
 }  // namespace vantorix::apps::render

@@ -56,9 +56,6 @@ public:
     /// @throws RenderError when the driver cannot make the picture, UnknownCamera.
     Rendering render(scene::SceneManager& scene, const ImageSource& images, const View& view);
 
-    /// The driver in use, for people.
-    std::string describe() const;
-
 private:
     class Implementation;
     std::unique_ptr<Implementation> implementation_;

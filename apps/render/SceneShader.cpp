@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include <Eigen/Geometry>
@@ -47,11 +48,10 @@ uniform vec4 specular;  // w: shininess
 uniform bool unlit;
 uniform bool orthographic;
 uniform vec3 ambient;
-uniform int lightCount;
-uniform vec4 lightPosition[8];     // w = 0: direction to the light
-uniform vec4 lightDirection[8];    // w: cosine of half the cone
-uniform vec4 lightColour[8];       // w: exponent of the cone
-uniform vec4 lightAttenuation[8];  // constant, linear, quadratic
+uniform vec4 lightPosition[LIGHTS];     // w = 0: direction to the light, of unit length
+uniform vec4 lightDirection[LIGHTS];    // w: cosine of half the cone
+uniform vec4 lightColour[LIGHTS];       // w: exponent of the cone
+uniform vec4 lightAttenuation[LIGHTS];  // constant, linear, quadratic
 uniform vec2 cutoff;               // least opacity shown, least opacity of what is shown
 uniform sampler2D surfaceTexture;
 out vec4 pixel;
@@ -74,18 +74,24 @@ void main() {
 
     vec3 diffuse = ambient;
     vec3 shine = vec3(0.0);
-    for (int i = 0; i < lightCount; ++i) {
-        vec3 offset = lightPosition[i].xyz - eyePosition * lightPosition[i].w;
-        float range = length(offset);
-        vec3 toLight = offset / max(range, 1e-12);
+    for (int i = 0; i < LIGHTS; ++i) {
+        vec3 arriving = lightColour[i].rgb;
+        vec3 toLight = lightPosition[i].xyz;
+#ifdef LOCAL_LIGHTS
+        toLight -= eyePosition * lightPosition[i].w;
+        float range = length(toLight);
+        toLight /= max(range, 1e-12);
         float fade = dot(lightAttenuation[i].xyz, vec3(1.0, range, range * range));
         float alongAxis = -dot(toLight, lightDirection[i].xyz);
         float cone = alongAxis < lightDirection[i].w
                          ? 0.0 : pow(max(alongAxis, 1e-6), lightColour[i].w);
-        vec3 arriving = lightColour[i].rgb * (cone / max(fade, 1e-6));
+        arriving *= cone / max(fade, 1e-6);
+#endif
         diffuse += arriving * max(dot(normal, toLight), 0.0);
+#ifdef SHINES
         float mirrored = max(dot(normal, normalize(toLight + toEye)), 0.0);
         shine += arriving * pow(max(mirrored, 1e-6), specular.w);
+#endif
     }
     vec3 lit = emission * emission + base.rgb * base.rgb * diffuse + specular.rgb * shine;
     vec3 shown = unlit ? base.rgb : sqrt(min(lit, vec3(1.0)));
@@ -96,11 +102,13 @@ void main() {
 /// Blended pixels below this opacity are dropped, so that they hide nothing.
 constexpr float faintest = 0.02f;
 
-std::string fragmentSourceOf(SceneShader::Variant variant) {
+std::string fragmentSourceOf(const ShaderFeatures& features) {
     std::string source = "#version 330 core\n";
-    if (variant != SceneShader::PLAIN) source += "#define TEXTURED\n";
-    if (variant == SceneShader::CUT_OUT) source += "#define CUT_OUT\n";
-    return source + fragmentSource;
+    if (features.texture != ShaderFeatures::PLAIN) source += "#define TEXTURED\n";
+    if (features.texture == ShaderFeatures::CUT_OUT) source += "#define CUT_OUT\n";
+    if (features.shines) source += "#define SHINES\n";
+    if (features.localLights) source += "#define LOCAL_LIGHTS\n";
+    return source + "#define LIGHTS " + std::to_string(features.lightCount) + "\n" + fragmentSource;
 }
 
 using FourFloats = std::array<float, 4>;
@@ -119,8 +127,14 @@ Eigen::Matrix3f normalMatrixOf(const Eigen::Matrix4d& modelView) {
 
 }  // namespace
 
-SceneShader::SceneShader(Variant variant)
-    : program_(vertexSource, fragmentSourceOf(variant)),
+bool operator<(const ShaderFeatures& left, const ShaderFeatures& right) {
+    return std::tie(left.texture, left.shines, left.localLights, left.lightCount) <
+           std::tie(right.texture, right.shines, right.localLights, right.lightCount);
+}
+
+SceneShader::SceneShader(const ShaderFeatures& features)
+    : lightCount_(static_cast<std::size_t>(features.lightCount)),
+      program_(vertexSource, fragmentSourceOf(features)),
       modelView_(program_.uniform("modelView")),
       normalMatrix_(program_.uniform("normalMatrix")),
       colour_(program_.uniform("surfaceColour")),
@@ -141,7 +155,7 @@ void SceneShader::begin(const Viewpoint& viewpoint, const Lighting& lighting) co
 void SceneShader::setLights(const Viewpoint& viewpoint, const Lighting& lighting) const {
     std::vector<FourFloats> positions, directions, colours, attenuations;
     const Eigen::Matrix3d turn = viewpoint.view.topLeftCorner<3, 3>();
-    const auto count = std::min<std::size_t>(lighting.sources.size(), mostLights);
+    const auto count = std::min(lighting.sources.size(), lightCount_);
     for (std::size_t i = 0; i < count; ++i) {
         const auto& light = lighting.sources[i];
         const Eigen::Vector4f position = (viewpoint.view * light.position).cast<float>();
@@ -151,7 +165,6 @@ void SceneShader::setLights(const Viewpoint& viewpoint, const Lighting& lighting
         colours.push_back(fourFloats(light.colour, light.coneExponent));
         attenuations.push_back(fourFloats(light.attenuation, 0.0f));
     }
-    glUniform1i(program_.uniform("lightCount"), static_cast<GLint>(count));
     const auto set = [&](const char* name, const std::vector<FourFloats>& values) {
         if (values.empty()) return;
         glUniform4fv(program_.uniform(name), static_cast<GLsizei>(count), values[0].data());

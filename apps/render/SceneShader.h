@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+
 #include <Eigen/Core>
 #include <epoxy/gl.h>
 
@@ -11,21 +13,30 @@ struct Lighting;
 struct Surface;
 struct Viewpoint;
 
-/// The program that lights surfaces, in one of its variants. All lighting is done in eye space.
-class SceneShader {
-public:
-    /// What a variant does beyond lighting a plain colour. Fewer features compile and run faster.
+/// What one program can do. Programs of fewer features compile and run faster, and the software
+/// renderers that draw without a display skip nothing at run time.
+struct ShaderFeatures {
     /// TEXTURED takes only the colour of the texture; CUT_OUT its opacity, too, and drops pixels
     /// that are transparent.
-    enum Variant { PLAIN, TEXTURED, CUT_OUT };
-    static constexpr int variantCount = 3;
+    enum Texture { PLAIN, TEXTURED, CUT_OUT };
     static constexpr int mostLights = 8;
 
-    /// @throws RenderError
-    explicit SceneShader(Variant variant);
+    Texture texture = PLAIN;
+    bool shines = false;       ///< Surfaces have highlights.
+    bool localLights = false;  ///< Lights have a place, fade and have cones.
+    int lightCount = 0;        ///< Up to mostLights.
 
-    /// Makes this the current program and sets what all items share. Lights beyond mostLights are
-    /// left out.
+    friend bool operator<(const ShaderFeatures& left, const ShaderFeatures& right);
+};
+
+/// The program that lights surfaces. All lighting is done in eye space.
+class SceneShader {
+public:
+    /// @throws RenderError
+    explicit SceneShader(const ShaderFeatures& features);
+
+    /// Makes this the current program and sets what all items share. Lights beyond those of the
+    /// features are left out.
     void begin(const Viewpoint& viewpoint, const Lighting& lighting) const;
 
     void setWorld(const Eigen::Matrix4d& modelView) const;
@@ -34,6 +45,7 @@ public:
 private:
     void setLights(const Viewpoint& viewpoint, const Lighting& lighting) const;
 
+    std::size_t lightCount_;
     ShaderProgram program_;
     GLint modelView_;
     GLint normalMatrix_;

@@ -1,6 +1,5 @@
 #include "apps/render/TextureDecoder.h"
 
-#define SDL_MAIN_HANDLED
 #include <algorithm>
 #include <cctype>
 #include <limits>

@@ -71,7 +71,8 @@ TEST(Framing, BoxesThatAreNoneAreReplacedByWhatIsDrawn) {
     corners[0].position[0] = 2.0f;
     corners[1].position[1] = std::numeric_limits<float>::quiet_NaN();
     DrawList list;
-    list.items.push_back({std::make_shared<Corners>(corners), Eigen::Matrix4d::Identity() * 3, {}});
+    list.items.push_back(
+        {std::make_shared<Corners>(corners), Eigen::Matrix4d::Identity() * 3, {}, false});
     const Box box = boundsOf(list);
     EXPECT_EQ(box.most, Vector3d(6, 0, 0));
     EXPECT_EQ(box.least, Vector3d(0, 0, 0));
