@@ -42,6 +42,7 @@ SceneManager::SceneManager(boost::shared_ptr<core::event::EventManager> eventMan
 }
 
 SceneManager::~SceneManager() {
+    endDeliveries();
     handlerGate_->close();
     sync_->abandon();
 }
