@@ -10,6 +10,7 @@ namespace {
 void describeAttribute(GLuint index, GLint components, GLenum type, std::size_t offset) {
     glEnableVertexAttribArray(index);
     glVertexAttribPointer(index, components, type, type == GL_UNSIGNED_BYTE, sizeof(Corner),
+                          // NOLINTNEXTLINE(performance-no-int-to-ptr): OpenGL hands it over so.
                           reinterpret_cast<const void*>(offset));
 }
 

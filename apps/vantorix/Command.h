@@ -2,7 +2,7 @@
 
 #include "apps/vantorix/ExitCode.h"
 
-namespace CLI {
+namespace CLI {  // NOLINT(readability-identifier-naming): not our name.
 class App;
 }
 

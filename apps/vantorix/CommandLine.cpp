@@ -39,12 +39,11 @@ public:
         app_.name("vantorix");
         app_.set_version_flag("--version", "vantorix " VANTORIX_VERSION);
         app_.require_subcommand(1);
-        declareExamples(app_,
-                        {"vantorix info robot.glb", "vantorix render robot.glb -o robot.png",
-                         "vantorix render --help", "",
-                         "Exit codes: 0 done, 1 the answer is 'no', 2 wrong use, 3 a file that "
-                         "cannot be read or written",
-                         "or is refused, 4 a limit was met"});
+        declareExamples(
+            app_,
+            {"vantorix info robot.glb", "vantorix render robot.glb -o robot.png",
+             "vantorix render --help", "", "Exit codes: 0 done, 1 the answer is 'no', 2 wrong use,",
+             "3 a file that cannot be read or written or is refused,", "4 a limit was met"});
         for (const auto& command : commands_) declare(*command);
     }
 

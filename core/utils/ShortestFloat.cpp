@@ -173,7 +173,7 @@ char* writeFinite(char* out, std::uint32_t bits, float magnitude) {
 }  // namespace
 
 char* writeShortest(char* out, float value) {
-    std::uint32_t bits;
+    std::uint32_t bits = 0;
     std::memcpy(&bits, &value, sizeof(bits));
     *out = '-';
     out += bits >> 31;  // Without a branch, which would be wrong half of the time.

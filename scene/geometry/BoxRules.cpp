@@ -26,6 +26,7 @@ Flags findOrdered(Lanes values) {
     constexpr std::int32_t sign = std::numeric_limits<std::int32_t>::min();
     Flags bits;
     std::memcpy(&bits, &values, sizeof(bits));
+    // NOLINTNEXTLINE(misc-redundant-expression): only a NaN differs from itself.
     return (values != values) | (bits == sign);
 }
 
@@ -54,7 +55,7 @@ Eigen::Vector3f cornerOf(const float* positions, std::size_t count) {
     if (blocks > 0) {
         std::array<Lanes, 3> lanes = {load(positions), load(positions + 4), load(positions + 8)};
         if (extendLanes<Rule>(lanes, positions, blocks)) {
-            std::array<float, blockSize> samples;
+            std::array<float, blockSize> samples{};
             std::memcpy(samples.data(), lanes.data(), sizeof(samples));
             for (std::size_t i = 0; i < blockSize; i += 3) {
                 extend<Rule>(corner, Eigen::Map<const Eigen::Vector3f>(samples.data() + i));

@@ -12,7 +12,11 @@ namespace vantorix::scene {
 /// A named, identified shape in a scene's geometry library.
 class VANTORIX_SCENE_EXPORT IGeometry {
 public:
+// Inside its class, INVALID is this one and not the stream semantic of the same name.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wshadow"
     enum Type : int { CONVEX_MESH = 0, MESH = 1, SPLINE = 2, INVALID = 3 };
+#pragma GCC diagnostic pop
 
     virtual std::string getID() = 0;
     virtual void setID(const std::string& id) = 0;

@@ -20,6 +20,9 @@ class StreamMapping;
 /// one record per face corner, one slot per distinct offset among the mappings.
 class VANTORIX_SCENE_EXPORT IMeshPrimitive {
 public:
+// Inside its class, INVALID is this one and not the stream semantic of the same name.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wshadow"
     /// Starts at 1, unlike IGeometry::Type.
     enum Type : int {
         TRIANGLES = 1,
@@ -31,6 +34,7 @@ public:
         TRIANGLE_STRIPS = 7,
         INVALID = 8
     };
+#pragma GCC diagnostic pop
 
     /// Record k starts at index k * getIndexStreamStride().
     virtual const std::vector<unsigned int>& getIndexStream() const = 0;

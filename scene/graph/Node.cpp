@@ -79,7 +79,7 @@ void Node::removeChild(boost::shared_ptr<Node> child) {
         return;
     }
     const auto removed = children_->take(slot);
-    --child->attachments_;
+    child->loseAttachment();
     auto* const scene = liveScene();
     if (scene && scene->nodeIndex_->lists(*this)) scene->nodeIndex_->detached(*child);
 }
@@ -108,7 +108,7 @@ void Node::releaseChildren() {
     if (!children_) return;
     for (auto slot = children_->nextSlot(0); slot != ChildRow::npos;
          slot = children_->nextSlot(slot + 1)) {
-        --children_->inSlot(slot)->attachments_;
+        children_->inSlot(slot)->loseAttachment();
     }
     if (waiting) return children_->moveTo(*waiting);
     std::vector<boost::shared_ptr<Node>> queue;
@@ -119,6 +119,13 @@ void Node::releaseChildren() {
         queue.pop_back();
     }
     waiting = nullptr;
+}
+
+// A node in no row leaves nothing in the tree that its release, which needs no lock, would touch.
+void Node::loseAttachment() {
+    if (--attachments_ > 0) return;
+    forgetWorldMatrix();
+    unlinkFromParent();
 }
 
 // The only node whose row holds this one, null when there is none or it cannot be told.

@@ -221,6 +221,7 @@ private:
     std::size_t slotOf(const Node& child) const;
     const Node* soleContainer() const;
     bool wouldCloseCircle(const Node& child) const;
+    void loseAttachment();
     void releaseChildren();
     Extras& extras();
     const Extras& readExtras() const;
@@ -232,7 +233,7 @@ private:
     void updateLocalMatrix();
 
     void cacheWorldMatrix() const;
-    Eigen::Matrix4f worldMatrixInCircle() const;
+    Eigen::Matrix4f uncachedWorldMatrix() const;
     void adoptWorldMatrix(const Node* parent) const;
     void linkToParent(const Node& parent) const;
     void unlinkFromParent() const;

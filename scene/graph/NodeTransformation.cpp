@@ -168,7 +168,7 @@ void Node::triggerTransformationUpdate() {
 
 Eigen::Matrix4f Node::getCombinedTransformations() const {
     if (!worldCached_) cacheWorldMatrix();
-    return worldCached_ ? worldMatrix_ : worldMatrixInCircle();
+    return worldCached_ ? worldMatrix_ : uncachedWorldMatrix();
 }
 
 Eigen::Matrix4f Node::getCombinedRotations() const {
@@ -181,14 +181,16 @@ Eigen::Matrix4f Node::getCombinedRotations() const {
     return combined;
 }
 
-// Leaves the matrix uncached where parents form a circle: there, every start has its own product.
+// Leaves the matrix uncached where parents form a circle, since there every start has its own
+// product, and below a removed node, which must not be listed by the parent that it still names.
 void Node::cacheWorldMatrix() const {
     const Node* const parent = liveParent();
+    if (parent && attachments_ == 0) return;
     if (!parent || parent->worldCached_) return adoptWorldMatrix(parent);
     std::vector<const Node*> path{this};
     const Node* landmark = this;  // Moved ahead at powers of two: a circle comes back to it.
     for (const Node* node = parent; node && !node->worldCached_; node = node->liveParent()) {
-        if (node == landmark) return;
+        if (node == landmark || (node->attachments_ == 0 && node->liveParent())) return;
         if ((path.size() & (path.size() - 1)) == 0) landmark = node;
         path.push_back(node);
     }
@@ -198,7 +200,7 @@ void Node::cacheWorldMatrix() const {
     }
 }
 
-Eigen::Matrix4f Node::worldMatrixInCircle() const {
+Eigen::Matrix4f Node::uncachedWorldMatrix() const {
     Eigen::Matrix4f combined = localMatrix_;
     boost::unordered_set<const Node*> met{this};
     for (const Node* node = liveParent(); node && met.insert(node).second;
