@@ -89,15 +89,14 @@ void TriangleMeshPrimitive::replaceOwnNormals(Mesh& mesh, std::size_t positionSl
     const auto stream = boost::make_shared<Stream>(old ? old->name : "NORMAL_stream", 3, false);
     const auto stride = static_cast<std::size_t>(calculateIndexStreamStride());
     std::vector<int> indices(normals.size(), -1);  // Each position's normal is stored once.
-    for (std::size_t record = 0; record < indexStream_.size(); record += stride) {
-        if (std::max(positionSlot, normalSlot) >= std::min(stride, indexStream_.size() - record)) {
-            break;
-        }
+    for (std::size_t record = 0; record + positionSlot < indexStream_.size(); record += stride) {
         const std::size_t position = indexStream_[record + positionSlot];
         if (position >= normals.size()) continue;
         int& index = indices[position];
         if (index < 0) index = stream->insertValue(3, normals[position].data());
-        indexStream_[record + normalSlot] = static_cast<unsigned int>(index);
+        const std::size_t place = record + normalSlot;
+        if (normalSlot >= stride || place >= indexStream_.size()) continue;
+        indexStream_[place] = static_cast<unsigned int>(index);
     }
     if (old) mesh.removeStream(old);
     mesh.addStream(stream);

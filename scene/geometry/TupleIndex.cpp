@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <cstring>
 
-#include "scene/geometry/FloatArray.h"
-
 namespace vantorix::scene {
 namespace {
 
@@ -134,13 +132,15 @@ bool TupleIndex::hasRoomFor(std::size_t additional) const {
 }
 
 void TupleIndex::grow(std::size_t additional) {
-    std::vector<Entry> old;
+    const auto isLive = [this](const Entry& entry) { return !isDead(entry); };
+    const auto live = std::count_if(entries_.begin(), entries_.end(), isLive);
+    const std::size_t used = static_cast<std::size_t>(live);
+    std::vector<Entry> old(powerOfTwoFrom((used + additional) * 2), Entry{0, unused});
     old.swap(entries_);
-    const auto dead = [this](const Entry& entry) { return isDead(entry); };
-    old.erase(std::remove_if(old.begin(), old.end(), dead), old.end());
-    used_ = old.size();
-    entries_.assign(powerOfTwoFrom((used_ + additional) * 2), Entry{0, unused});
-    for (const auto& entry : old) reinsert(entry);
+    used_ = used;
+    for (const auto& entry : old) {
+        if (isLive(entry)) reinsert(entry);
+    }
 }
 
 void TupleIndex::reinsert(Entry entry) {

@@ -1,0 +1,35 @@
+#include <benchmark/benchmark.h>
+
+#include "core_api/logger/Logger.h"
+
+#include "bench/geometry/TorusMesh.h"
+#include "scene/geometry/Stream.h"
+
+namespace vantorix::bench {
+namespace {
+
+/// range(0): cells per side of the torus. Items are corners.
+void addTriangleDeduplicated(benchmark::State& state) {
+    const int side = static_cast<int>(state.range(0));
+    const auto triangles = makeTorusTriangles(side);
+    for (auto _ : state) {
+        const auto torus = addAll(triangles);
+        if (torus.mesh->getStream("position_stream")->count != side * side) {
+            state.SkipWithError("wrong number of distinct positions");
+            break;
+        }
+    }
+    const auto corners = static_cast<std::int64_t>(triangles.size() * 3);
+    state.SetItemsProcessed(state.iterations() * corners);
+    state.SetComplexityN(corners);
+}
+BENCHMARK(addTriangleDeduplicated)->Arg(16)->Arg(70)->Arg(223)->Arg(707)->Complexity();
+
+}  // namespace
+}  // namespace vantorix::bench
+
+int main(int argc, char** argv) {
+    vantorix::core::logger::Logger::active = false;
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+}
