@@ -18,17 +18,18 @@
 namespace vantorix::apps::import {
 namespace {
 
-// Sanitizers reserve terabytes of address space before main() and could not start under a limit.
+// Sanitizers reserve terabytes of address space before main(), some in files without a name, and
+// could not start under these limits.
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool addressSpaceCanBeLimited = false;
+constexpr bool memoryAndFilesCanBeLimited = false;
 #elif defined(__has_feature)
 #if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
-constexpr bool addressSpaceCanBeLimited = false;
+constexpr bool memoryAndFilesCanBeLimited = false;
 #else
-constexpr bool addressSpaceCanBeLimited = true;
+constexpr bool memoryAndFilesCanBeLimited = true;
 #endif
 #else
-constexpr bool addressSpaceCanBeLimited = true;
+constexpr bool memoryAndFilesCanBeLimited = true;
 #endif
 
 constexpr std::chrono::microseconds longestPause{5000};
@@ -124,12 +125,12 @@ void WorkerProcess::start(const std::string& program, const FileDescriptor& chil
 void WorkerProcess::limit() {
     const auto seconds =
         static_cast<std::uint64_t>(std::max<std::int64_t>(1, limits_.cpuTime.count()));
-    if (addressSpaceCanBeLimited) {
+    if (memoryAndFilesCanBeLimited) {
         limitResource(child_, RLIMIT_AS, limits_.memoryBytes, limits_.memoryBytes);
+        limitResource(child_, RLIMIT_FSIZE, 0, 0);
     }
     limitResource(child_, RLIMIT_CPU, seconds, seconds + 1);
     limitResource(child_, RLIMIT_CORE, 0, 0);
-    limitResource(child_, RLIMIT_FSIZE, 0, 0);
 }
 
 void WorkerProcess::send(const std::vector<std::uint8_t>& request) {

@@ -89,7 +89,9 @@ void TriangleMeshPrimitive::replaceOwnNormals(Mesh& mesh, std::size_t positionSl
     const auto stream = boost::make_shared<Stream>(old ? old->name : "NORMAL_stream", 3, false);
     const auto stride = static_cast<std::size_t>(calculateIndexStreamStride());
     std::vector<int> indices(normals.size(), -1);  // Each position's normal is stored once.
-    for (std::size_t record = 0; record + positionSlot < indexStream_.size(); record += stride) {
+    const bool isReadable = positionSlot < stride;
+    for (std::size_t record = 0; isReadable && record + positionSlot < indexStream_.size();
+         record += stride) {
         const std::size_t position = indexStream_[record + positionSlot];
         if (position >= normals.size()) continue;
         int& index = indices[position];
