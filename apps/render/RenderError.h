@@ -10,4 +10,10 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+/// The scene is larger than what is drawn at most.
+class RenderLimit : public RenderError {
+public:
+    using RenderError::RenderError;
+};
+
 }  // namespace vantorix::apps::render

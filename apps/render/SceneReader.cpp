@@ -8,6 +8,7 @@
 
 #include "apps/render/LightReader.h"
 #include "apps/render/MeshFlattener.h"
+#include "apps/render/RenderError.h"
 #include "apps/render/SceneGuard.h"
 #include "apps/render/SurfaceReader.h"
 #include "scene/animation/Camera.h"
@@ -58,6 +59,7 @@ private:
         DrawItem item{{}, world, surfaceOf(material)};
         const auto flat = flatOf(mesh, primitive, texCoordSemantic(item.surface.texCoordSet));
         if (flat->corners.empty()) return;
+        count(flat->corners, drawn_, mostDrawnTriangles);
         item.corners = std::shared_ptr<const Corners>(flat, &flat->corners);
         item.hasTransparentCorners = flat->hasTransparentCorners;
         if (!flat->hasTexCoords) item.surface.imageId.clear();
@@ -76,11 +78,20 @@ private:
         auto& flat = flats_[{&primitive, texCoords}];
         if (!flat) {
             flat = std::make_shared<const FlatPrimitive>(flatten(mesh, primitive, texCoords));
+            count(flat->corners, stored_, mostStoredTriangles);
         }
         return flat;
     }
 
+    static void count(const Corners& corners, std::size_t& triangles, std::size_t allowed) {
+        triangles += corners.size() / 3;
+        if (triangles <= allowed) return;
+        throw RenderLimit("more than " + std::to_string(allowed) + " triangles to draw");
+    }
+
     DrawList& list_;
+    std::size_t stored_ = 0;
+    std::size_t drawn_ = 0;
     std::map<const scene::Material*, Surface> surfaces_;
     std::map<FlatKey, std::shared_ptr<const FlatPrimitive>> flats_;
 };

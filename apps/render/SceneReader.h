@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <vector>
@@ -32,8 +33,13 @@ struct SceneContents {
     int upAxis = 1;
 };
 
+/// Triangles at most: in memory, and counted as often as nodes show them.
+constexpr std::size_t mostStoredTriangles = 20000000;
+constexpr std::size_t mostDrawnTriangles = 100000000;
+
 /// Reads the whole tree under the scene lock. Hidden nodes are left out with all that stands
 /// below them, but for cameras.
+/// @throws RenderLimit when the scene shows more triangles than the limits above.
 SceneContents readScene(scene::SceneManager& manager);
 
 }  // namespace vantorix::apps::render

@@ -53,7 +53,8 @@ public:
     /// A lit, textured, antialiased picture. When the scene has no lights, or its lights leave
     /// nearly every visible pixel black, a default light helps.
     /// @param images is asked for each image once.
-    /// @throws RenderError when the driver cannot make the picture, UnknownCamera.
+    /// @throws RenderError when the driver cannot make the picture, RenderLimit when the scene is
+    /// too large, UnknownCamera.
     Rendering render(scene::SceneManager& scene, const ImageSource& images, const View& view);
 
 private:

@@ -13,6 +13,7 @@ namespace {
 
 /// A picture of about a thousand pixels a side gains nothing from larger textures.
 constexpr int largestSide = 1024;
+constexpr std::size_t mostBytes = std::size_t{1} << 30;
 
 Picture plainPixels(const ImageFile& file) {
     const auto rowBytes = static_cast<std::size_t>(file.width) * 4;
@@ -74,7 +75,10 @@ TextureStore::Texture TextureStore::load(const std::string& imageId) {
     try {
         const ImageFile file = source_(imageId);
         if (!file.name.empty()) name = file.name;
+        if (bytes_ > mostBytes)
+            throw RenderError("the textures before it fill the memory for them");
         const Picture picture = shrunk(decode(file), largestSide);
+        bytes_ += picture.rgba.size();
         return {upload(picture), hasAlpha(picture)};
     } catch (const std::exception& error) {
         notes_.push_back("texture " + name + ": " + error.what());

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <map>
 #include <string>
 #include <vector>
@@ -37,6 +38,7 @@ private:
     Texture load(const std::string& imageId);
 
     ImageSource source_;
+    std::size_t bytes_ = 0;  ///< Of all textures, without their smaller levels.
     std::map<std::string, Texture> textures_;
     std::vector<std::string> notes_;
 };

@@ -1,5 +1,6 @@
 #include "apps/vantorix/CommandLine.h"
 
+#include <cstdlib>
 #include <exception>
 #include <memory>
 #include <new>
@@ -42,8 +43,9 @@ public:
         declareExamples(
             app_,
             {"vantorix info robot.glb", "vantorix render robot.glb -o robot.png",
-             "vantorix render --help", "", "Exit codes: 0 done, 1 the answer is 'no', 2 wrong use,",
-             "3 a file that cannot be read or written or is refused,", "4 a limit was met"});
+             "vantorix render --help"},
+            "Exit codes: 0 done, 1 the answer is 'no', 2 wrong use, 3 a file that cannot "
+            "be read\nor written or is refused, 4 a limit was met.");
         for (const auto& command : commands_) declare(*command);
     }
 
@@ -96,6 +98,8 @@ private:
 
 int runCommandLine(int argc, char** argv) {
     core::logger::Logger::active = false;
+    // Drivers report their failures through SDL; what they print themselves is noise.
+    ::setenv("EGL_LOG_LEVEL", "fatal", 0);
     Console console;
     try {
         return CommandLine().run(argc, argv, console);

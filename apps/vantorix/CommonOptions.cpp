@@ -22,9 +22,11 @@ void declareJson(CLI::App& app, bool& json) {
     app.add_flag("--json", json, "Write JSON for programs instead of text for people");
 }
 
-void declareExamples(CLI::App& app, const std::vector<std::string>& lines) {
-    std::string footer = "\nExamples:";
-    for (const auto& line : lines) footer += "\n  " + line;
+void declareExamples(CLI::App& app, const std::vector<std::string>& examples,
+                     const std::string& remarks) {
+    std::string footer = "Examples:";
+    for (const auto& example : examples) footer += "\n  " + example;
+    if (!remarks.empty()) footer += "\n\n" + remarks;
     app.footer(footer);
 }
 

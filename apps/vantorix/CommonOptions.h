@@ -23,8 +23,9 @@ void declareModel(CLI::App& app, std::string& file);
 
 void declareJson(CLI::App& app, bool& json);
 
-/// Sets the lines that follow the options in the command's help, each an example.
-void declareExamples(CLI::App& app, const std::vector<std::string>& lines);
+/// Sets what follows the options in the command's help: examples, then @p remarks, if any.
+void declareExamples(CLI::App& app, const std::vector<std::string>& examples,
+                     const std::string& remarks = "");
 
 /// Calls @p work for each file. A file that fails is reported and the rest goes on.
 /// @return the code of the first failure, or DONE.

@@ -24,6 +24,13 @@ constexpr int largestSide = 16384;
 constexpr long long mostPixels = 1LL << 26;
 constexpr std::size_t mostNotes = 5;
 
+constexpr const char* remarks =
+    "The picture shows what the model's first camera sees. A model without cameras, or\n"
+    "whose first camera sees nothing, is framed by its bounding volume. Several models\n"
+    "share the picture as a grid, row by row from the upper left. A model without light,\n"
+    "or with too little of it, gets a default light. A picture in which nothing is\n"
+    "visible is written all the same, with a warning.";
+
 /// Reads a whole positive number up to largestSide; 0 when it is none.
 int parseSide(const std::string& text) {
     int side = 0;
@@ -65,30 +72,25 @@ std::unique_ptr<LoadedModel> loadAndStart(const std::string& file,
 void RenderCommand::declare(CLI::App& app) {
     declareModels(app, files_);
     app.add_option("-o,--output", output_, "PNG file to write")->required()->type_name("FILE");
-    app.add_option("--size", size_, "Size of the picture in pixels")
-        ->type_name("WxH")
-        ->capture_default_str();
+    app.add_option("--size", size_, "Size of the picture in pixels, 800x600 if not given")
+        ->type_name("WxH");
     auto* const camera =
         app.add_option("--camera", view_.camera, "ID or name of the camera to look through")
             ->type_name("ID");
     app.add_flag("--frame", view_.framed, "Show the whole model even if it has cameras")
         ->excludes(camera);
     app.add_option("--background", backgroundText_,
-                   "\"transparent\", a color (#rrggbb, white, black, gray, red, green, blue), or "
-                   "two for a gradient (TOP,BOTTOM); without value the default, a light gradient")
+                   "transparent, a color (#rrggbb, white, black, gray, red,\n"
+                   "green, blue) or two for a gradient (TOP,BOTTOM); without\n"
+                   "value the default, a light gradient")
         ->type_name("COLOR")
         ->expected(0, 1);
-    app.description(
-        std::string(getSummary()) +
-        "\n\nLooks through the model's first camera; a model without cameras, or whose camera "
-        "shows nothing, is framed by its bounding volume.\nSeveral models share the picture as a "
-        "grid, row by "
-        "row. A model without light, or too little of it, gets\na default light. A "
-        "picture in which nothing is visible is written all the same, with a warning.");
-    declareExamples(app, {"vantorix render robot.glb -o robot.png",
-                          "vantorix render robot.glb -o robot.png --size 1920x1080 --camera front",
-                          "vantorix render robot.glb -o robot.png --background transparent",
-                          "vantorix render *.obj -o overview.png --frame"});
+    declareExamples(app,
+                    {"vantorix render robot.glb -o robot.png",
+                     "vantorix render robot.glb -o robot.png --size 1920x1080 --camera front",
+                     "vantorix render robot.glb -o robot.png --background transparent",
+                     "vantorix render *.obj -o overview.png --frame"},
+                    remarks);
 }
 
 ExitCode RenderCommand::run(Console& console) {
@@ -136,6 +138,8 @@ render::Picture RenderCommand::pictureOf(const std::string& file, const render::
         return std::move(rendering.picture);
     } catch (const render::UnknownCamera& error) {
         throw Failure(WRONG_USE, printable(file + ": " + error.what()));
+    } catch (const render::RenderLimit& error) {
+        throw Failure(LIMIT_MET, printable(file + ": " + error.what()));
     } catch (const render::RenderError& error) {
         throw Failure(FILE_REFUSED, printable(file + ": " + error.what()));
     }

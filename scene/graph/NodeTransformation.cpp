@@ -120,19 +120,19 @@ void Node::turnAbout(const Eigen::Vector3f& axis, float degrees) {
     turn(Eigen::AngleAxisf(degrees * radiansPerDegree, axis / length).toRotationMatrix());
 }
 
-// The polar decomposition by way of the singular values: A = U S V' = (U V') (V S V').
+// The polar decomposition by way of the singular values: A = U S V' = (U V') (V S V'). A mirrored
+// matrix turns by the negated orthogonal factor and scales by negated factors, the same product.
 void Node::applyMatrix(const Eigen::Matrix4f& matrix) {
     translation_ += matrix.topRightCorner<3, 1>();
     const Eigen::Matrix3f block = matrix.topLeftCorner<3, 3>();
     if (!block.allFinite()) return;
-    Eigen::Matrix3f rotation;
-    Eigen::Matrix3f scaling;
-    Eigen::Transform<float, 3, Eigen::Affine> split;
-    split.matrix().setIdentity();
-    split.linear() = block;
-    split.computeRotationScaling(&rotation, &scaling);
-    turn(rotation);
-    scaling_ = scaling.diagonal();
+    const Eigen::JacobiSVD<Eigen::Matrix3f> split(block, Eigen::ComputeFullU | Eigen::ComputeFullV);
+    const Eigen::Matrix3f rotation = split.matrixU() * split.matrixV().transpose();
+    const Eigen::Matrix3f scaling =
+        split.matrixV() * split.singularValues().asDiagonal() * split.matrixV().transpose();
+    const float handedness = rotation.determinant() < 0.0f ? -1.0f : 1.0f;
+    turn(rotation * handedness);
+    scaling_ = scaling.diagonal() * handedness;
 }
 
 void Node::applyElement(ITransformation& element) {

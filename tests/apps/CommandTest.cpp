@@ -162,7 +162,7 @@ TEST_F(InfoCommand, NamesCannotTalkToTheTerminal) {
     const auto info = run("info evil.obj");
     EXPECT_EQ(info.exitCode, 0);
     EXPECT_TRUE(isPlain(info.out)) << info.out;
-    EXPECT_NO_THROW(json::parse(run("info --json evil.obj").out));
+    EXPECT_TRUE(json::accept(run("info --json evil.obj").out));
 }
 
 TEST_F(EventsCommand, ListsTheEventsInOrderWithCounts) {

@@ -4,6 +4,7 @@
 
 #include "apps/render/Background.h"
 #include "apps/render/PictureFile.h"
+#include "apps/render/RenderError.h"
 #include "apps/render/SceneRenderer.h"
 #include "scene/animation/Camera.h"
 #include "scene/animation/CameraInstance.h"
@@ -88,6 +89,16 @@ TEST_F(SceneRendering, NothingVisibleIsCounted) {
     EXPECT_EQ(render().coveredPixels, 0u);
     scene.show(makeRectangle(side, side), makeMaterial({}))->setVisible(false);
     EXPECT_EQ(render().coveredPixels, 0u);
+}
+
+TEST_F(SceneRendering, RefusesScenesThatWouldTakeForever) {
+    const auto mesh = makeMesh({0, 0, 0, 1, 0, 0, 0, 1, 0});
+    std::vector<unsigned int> indices;
+    for (int i = 0; i < 200000; ++i) indices.insert(indices.end(), {0, 1, 2});
+    mesh->addPrimitive(boost::make_shared<scene::TriangleMeshPrimitive>(
+        mesh, std::vector<scene::StreamMapping>{vertexMapping()}, indices));
+    for (int i = 0; i < 501; ++i) scene.show(mesh, makeMaterial({}));
+    EXPECT_THROW(render(), RenderLimit);
 }
 
 TEST_F(SceneRendering, HiddenNodesHideWhatStandsBelowThem) {

@@ -278,6 +278,13 @@ TEST_F(NodeElements, AMatrixSplitsIntoTranslationRotationAndScale) {
     child->addTransformation(boost::make_shared<scene::TransformationMatrix>(matrix.data()));
     EXPECT_TRUE(isNear(child->getTransformations(), matrix));
     EXPECT_TRUE(isNear(child->getScale(), Eigen::Vector3f(2, 3, 4)));
+    const auto mirrored = scene.makeNode("mirrored");
+    matrix.topLeftCorner<3, 3>() = quarterTurnAboutZ() *
+                                   Eigen::AngleAxisf(1.0f, Eigen::Vector3f(1, 1, 0).normalized()) *
+                                   Eigen::Vector3f(2, -3, 4).asDiagonal();
+    mirrored->addTransformation(boost::make_shared<scene::TransformationMatrix>(matrix.data()));
+    EXPECT_TRUE(isNear(mirrored->getTransformations(), matrix));
+    EXPECT_GT(mirrored->getRotation().determinant(), 0.0f);
     matrix(0, 0) = std::nanf("");
     child->addTransformation(boost::make_shared<scene::TransformationMatrix>(matrix.data()));
     EXPECT_TRUE(child->getRotation().allFinite());
