@@ -134,7 +134,7 @@ bool TupleIndex::hasRoomFor(std::size_t additional) const {
 void TupleIndex::grow(std::size_t additional) {
     const auto isLive = [this](const Entry& entry) { return !isDead(entry); };
     const auto live = std::count_if(entries_.begin(), entries_.end(), isLive);
-    const std::size_t used = static_cast<std::size_t>(live);
+    const auto used = static_cast<std::size_t>(live);
     std::vector<Entry> old(powerOfTwoFrom((used + additional) * 2), Entry{0, unused});
     old.swap(entries_);
     used_ = used;
