@@ -29,8 +29,6 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsSupersetOf;
 
-namespace {
-
 struct BuiltModel : ::testing::Test {
     void build(const ImportLimits& limits = {}) {
         ModelBuilder(document, folder.path("sample.obj"), scene.manager, result).build(limits);
@@ -46,6 +44,8 @@ struct BuiltModel : ::testing::Test {
     ModelDocument document = sampleDocument();
     ImportResult result;
 };
+
+namespace {
 
 std::vector<std::string> materialSymbols(const Mesh& mesh) {
     std::vector<std::string> symbols;

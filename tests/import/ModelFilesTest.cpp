@@ -24,8 +24,6 @@ using ::testing::Contains;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
-namespace {
-
 /// Real files through the real worker into a scene.
 struct ModelFiles : ::testing::Test {
     ImportResult read(const std::string& file) {
@@ -47,6 +45,8 @@ struct ModelFiles : ::testing::Test {
     TemporaryFolder folder;
     vantorix::test::RecordedScene scene;
 };
+
+namespace {
 
 std::string nestedNodes(int depth) {
     std::string open, close;

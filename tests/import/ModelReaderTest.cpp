@@ -29,6 +29,8 @@ std::size_t openDescriptors() {
     return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
 }
 
+}  // namespace
+
 /// Reads files whose names tell the worker how to misbehave. Whatever it does, no child and no
 /// descriptor stays.
 struct MisbehavingWorker : ::testing::Test {
@@ -62,8 +64,6 @@ struct MisbehavingWorker : ::testing::Test {
     LimitMet met;
     std::size_t descriptorsBefore = openDescriptors();
 };
-
-}  // namespace
 
 TEST_F(MisbehavingWorker, ACrashIsAReason) {
     EXPECT_EQ(outcome("sound"), "read");
