@@ -9,6 +9,7 @@
 #include "scene/graph/Node.h"
 #include "scene/graph/NodeExtras.h"
 #include "scene/graph/SceneEvents.h"
+#include "scene/transform/EditCounter.h"
 #include "scene/transform/TransformationMatrix.h"
 #include "scene/transform/TransformationRotate.h"
 #include "scene/transform/TransformationScale.h"
@@ -79,6 +80,7 @@ void Node::addTransformation(boost::shared_ptr<ITransformation> element) {
     if (!element) return;
     applyElement(*element);
     extras().elements.push_back(std::move(element));
+    elementEdits.note();
     triggerTransformationUpdate();
 }
 
@@ -104,6 +106,7 @@ std::vector<boost::shared_ptr<ITransformation>> Node::getOriginalTransformations
 
 void Node::setOriginalTransformations(std::vector<boost::shared_ptr<ITransformation>> elements) {
     extras().elements = std::move(elements);
+    elementEdits.note();
 }
 
 Eigen::Translation<float, 3> Node::getTranslation() const {
