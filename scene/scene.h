@@ -3,6 +3,7 @@
 /// Everything of vantorix_scene: the scene graph and all that stands in its libraries.
 
 #include "scene/animation/Animation.h"
+#include "scene/animation/AnimationManager.h"
 #include "scene/animation/Camera.h"
 #include "scene/animation/CameraInstance.h"
 #include "scene/animation/Light.h"

@@ -116,9 +116,9 @@ public:
     /// @}
 
 private:
-    friend class AnimationPlayback;
-    friend class AnimationWalk;
     friend class AnimationManager;
+    friend class AnimationWalk;
+    friend class PlaybackTracks;
     struct ParsedChannel;
     using ChildNames = std::pair<std::string, std::string>;
 

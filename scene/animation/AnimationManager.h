@@ -140,11 +140,11 @@ protected:
 
 private:
     void setUpAnimation(Animation& animation);
-    void targetChannels(const Animation& animation, SceneManager& scene);
+    void targetChannels(Animation& animation, SceneManager& scene);
     void calculateBaseMatrices();
     static void calculateFrameTimes(Animation& animation, std::vector<float>& times);
     void insertFrameTime(float time);
-    void removeFrameTime(float time);
+    bool removeFrameTime(float time);
     std::vector<boost::shared_ptr<Node>> nodesToRecord() const;
     boost::shared_ptr<CameraInstance> makeCamera(const std::string& name);
 

@@ -227,7 +227,6 @@ private:
     const Extras& readExtras() const;
 
     void turn(const Eigen::Matrix3f& rotation);
-    void turnAbout(const Eigen::Vector3f& axis, float degrees);
     void applyMatrix(const Eigen::Matrix4f& matrix);
     void applyElement(ITransformation& element);
     void updateLocalMatrix();

@@ -9,6 +9,7 @@
 #include "scene/graph/Node.h"
 #include "scene/graph/NodeExtras.h"
 #include "scene/graph/SceneEvents.h"
+#include "scene/transform/AxisAngle.h"
 #include "scene/transform/EditCounter.h"
 #include "scene/transform/TransformationMatrix.h"
 #include "scene/transform/TransformationRotate.h"
@@ -16,17 +17,6 @@
 #include "scene/transform/TransformationTranslate.h"
 
 namespace vantorix::scene {
-namespace {
-
-constexpr float radiansPerDegree = 0.017453292f;
-
-// Zero for a vector without components, as a rotate element made without an axis holds it.
-Eigen::Vector3f toEigen(const core::utils::Vector<float, 3>& vector) {
-    if (vector.size() < 3) return Eigen::Vector3f::Zero();
-    return {vector[0], vector[1], vector[2]};
-}
-
-}  // namespace
 
 void Node::move(const Eigen::Vector3f& offset) {
     const Eigen::Vector3f turned =
@@ -117,12 +107,6 @@ void Node::turn(const Eigen::Matrix3f& rotation) {
     rotation_.topLeftCorner<3, 3>() = (rotation_.topLeftCorner<3, 3>() * rotation).eval();
 }
 
-void Node::turnAbout(const Eigen::Vector3f& axis, float degrees) {
-    const float length = axis.norm();
-    if (!(length > 0.0f)) return;
-    turn(Eigen::AngleAxisf(degrees * radiansPerDegree, axis / length).toRotationMatrix());
-}
-
 // The polar decomposition by way of the singular values: A = U S V' = (U V') (V S V'). A mirrored
 // matrix turns by the negated orthogonal factor and scales by negated factors, the same product.
 void Node::applyMatrix(const Eigen::Matrix4f& matrix) {
@@ -142,7 +126,7 @@ void Node::applyElement(ITransformation& element) {
     if (auto* const matrix = dynamic_cast<TransformationMatrix*>(&element)) {
         applyMatrix(Eigen::Map<const Eigen::Matrix4f>(matrix->getMatrix().getMatrix()));
     } else if (auto* const rotate = dynamic_cast<TransformationRotate*>(&element)) {
-        turnAbout(toEigen(rotate->getRotationAxis()), rotate->getAngle());
+        turn(rotationAbout(toEigen(rotate->getRotationAxis()), rotate->getAngle()));
     } else if (auto* const scaling = dynamic_cast<TransformationScale*>(&element)) {
         scaling_ = toEigen(scaling->getScale());
     } else if (auto* const translate = dynamic_cast<TransformationTranslate*>(&element)) {

@@ -285,6 +285,7 @@ protected:
 
 private:
     friend class Node;
+    friend class TargetedNodes;
     struct HandlerGate;
     using LocalHandler = void (SceneManager::*)(core::event::Event);
 
