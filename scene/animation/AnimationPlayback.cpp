@@ -1,6 +1,8 @@
 #include "scene/animation/AnimationPlayback.h"
 
+#include <algorithm>
 #include <array>
+#include <cstring>
 
 #include "core_api/event/EventManager.h"
 #include "core_api/logger/Logger.h"
@@ -32,6 +34,40 @@ struct AnimationPlayback::Interval {
     bool holds;  ///< Up to the later key the earlier one's value stays.
 };
 
+void AnimationPlayback::Pose::clear() {
+    translation.col(3) = Eigen::Vector4f::UnitW();
+    scale.setOnes();
+    isPlaced = false;
+    isTurned = false;
+}
+
+void AnimationPlayback::Pose::move(const Eigen::Vector3f& offset) {
+    if (isPlaced) {
+        translation.col(3) += translation.leftCols<3>() * offset;
+    } else {
+        translation.topRightCorner<3, 1>() += offset;
+    }
+}
+
+void AnimationPlayback::Pose::place(const Eigen::Matrix4f& placement) {
+    translation = placement;
+    isPlaced = true;
+}
+
+void AnimationPlayback::Pose::turn(const Eigen::Matrix3f& turned) {
+    rotation = isTurned ? Eigen::Matrix3f(rotation * turned) : turned;
+    isTurned = true;
+}
+
+Eigen::Matrix4f AnimationPlayback::Pose::matrix() const {
+    Eigen::Matrix4f product = Eigen::Matrix4f::Identity();
+    if (isPlaced) product.leftCols<3>() = translation.leftCols<3>();
+    if (isTurned && isPlaced) product.leftCols<3>() *= rotation;
+    if (isTurned && !isPlaced) product.topLeftCorner<3, 3>() = rotation;
+    product.col(3) = translation.col(3);
+    return base ? Eigen::Matrix4f(*base * product) : product;
+}
+
 namespace {
 
 constexpr int angleComponent = 3;
@@ -39,13 +75,21 @@ const char* const noTarget = "[WARN] No valid target...";
 // Names translation although it is said of rotations: the text is defined so.
 const char* const noRotationTarget = "[WARN] Animating Translation with no valid target...";
 
+/// A comparison without a call.
+template <std::size_t Length>
+bool isText(const std::string& text, const char* wanted) {
+    return text.size() == Length && std::memcmp(text.data(), wanted, Length) == 0;
+}
+
 bool holdsKeyTimes(const Stream& input) {
-    return input.params.size() == 1 && input.params.front().first == "TIME";
+    return input.params.size() == 1 && isText<4>(input.params.front().first, "TIME");
 }
 
 /// An unknown name and a missing one play linearly, as all others but "step" do.
 bool holdsKey(const Stream& names, std::size_t key) {
-    return key < names.stringValues.size() && equalsInLowerCase(names.stringValues[key], "step");
+    if (key >= names.stringValues.size()) return false;
+    const auto& name = names.stringValues[key];
+    return name.size() == 4 && equalsInLowerCase(name, "step");
 }
 
 /// The floats of both keys of an interval; null where the stream does not have them.
@@ -59,6 +103,38 @@ struct KeyValues {
     const float* start = nullptr;
     const float* end = nullptr;
 };
+
+// Most of the time of a large scene goes into waiting for memory, so it is asked for early: first
+// the streams, then what they point to, around the key that the channels before were at.
+constexpr std::size_t tracksAhead = 6;
+
+void fetch(const void* address) { __builtin_prefetch(address); }
+
+void fetchStreams(const Track& track) {
+    fetch(&track.input->params);
+    fetch(&track.input->values);
+    fetch(&track.output->stride);
+    fetch(&track.output->values);
+    fetch(&track.names->stringValues);
+}
+
+/// The address may lie behind the end, since nothing is read.
+void fetchKeys(const Track& track, std::size_t key) {
+    constexpr std::size_t floatsPerLine = 16;
+    const FloatArray& times = track.input->values;
+    const FloatArray& values = track.output->values;
+    const auto& names = track.names->stringValues;
+    fetch(track.input->params.data());
+    for (std::size_t i = 0; i < std::min(times.size(), key + 1); i += floatsPerLine) {
+        fetch(times.data() + i);
+    }
+    const auto stride = static_cast<std::size_t>(std::max(track.output->stride, 0));
+    if ((key + 1) * stride <= values.size() && key > 0) {
+        fetch(values.data() + (key - 1) * stride);
+        fetch(values.data() + key * stride);
+    }
+    if (key > 0 && key <= names.size()) fetch(&names[key - 1]);
+}
 
 bool isHeard(const SceneManager& scene) {
     const auto events = scene.getEventManager();
@@ -87,31 +163,37 @@ void AnimationPlayback::findBaseMatrices() {
     for (std::size_t slot = 0; slot < poses_.size(); ++slot) {
         if (!nodes.node(slot)) continue;
         const auto found = baseMatrices_.find(nodes.node(slot)->shared_from_this());
-        if (found != baseMatrices_.end()) poses_[slot].base = &found->second;
+        if (found == baseMatrices_.end() || found->second == Eigen::Matrix4f::Identity()) continue;
+        poses_[slot].base = &found->second;
     }
 }
 
 void AnimationPlayback::evaluate(float time) {
-    for (auto& pose : poses_) {
-        pose.translation.setIdentity();
-        pose.rotation.setIdentity();
-        pose.scale.setOnes();
-    }
-    for (const auto& track : tracks_.tracks()) {
-        if (track.kind != Track::NOTHING) evaluateTrack(track, time);
+    for (auto& pose : poses_) pose.clear();
+    const auto& tracks = tracks_.tracks();
+    std::size_t likelyKey = 0;
+    for (std::size_t i = 0; i < tracks.size(); ++i) {
+        if (i + 2 * tracksAhead < tracks.size()) fetchStreams(tracks[i + 2 * tracksAhead]);
+        if (i + tracksAhead < tracks.size()) fetchKeys(tracks[i + tracksAhead], likelyKey);
+        if (tracks[i].kind != Track::NOTHING) likelyKey = evaluateTrack(tracks[i], time);
     }
 }
 
-void AnimationPlayback::evaluateTrack(const Track& track, float time) {
-    if (!holdsKeyTimes(*track.input)) return;
+std::size_t AnimationPlayback::evaluateTrack(const Track& track, float time) {
+    if (!holdsKeyTimes(*track.input)) return 0;
     const FloatArray& times = track.input->values;
     const auto end = firstKeyFrom(times.data(), times.size(), time);
-    if (end == 0 || end == times.size()) return;
+    if (end == 0 || end == times.size()) return end;
     const Interval interval{end, times[end - 1], times[end], time, holdsKey(*track.names, end - 1)};
     auto& pose = poses_[track.slot];
-    if (track.kind == Track::MATRIX) return playMatrix(track, interval, pose);
-    if (track.kind == Track::ROTATE) return playRotation(track, interval, pose);
-    playVector(track, interval, pose);
+    if (track.kind == Track::MATRIX) {
+        playMatrix(track, interval, pose);
+    } else if (track.kind == Track::ROTATE) {
+        playRotation(track, interval, pose);
+    } else {
+        playVector(track, interval, pose);
+    }
+    return end;
 }
 
 // The vector starts afresh on purpose: a component alone leaves the element's others aside.
@@ -134,7 +216,7 @@ void AnimationPlayback::playVector(const Track& track, const Interval& interval,
     if (track.kind == Track::SCALE) {
         pose.scale = pose.scale.cwiseProduct(vector);
     } else {
-        pose.translation.col(3) += pose.translation.leftCols<3>() * vector;
+        pose.move(vector);
     }
 }
 
@@ -156,7 +238,7 @@ void AnimationPlayback::playRotation(const Track& track, const Interval& interva
             interval.blended(keys.start, keys.end, 0);
     }
     const Eigen::Vector3f axis(value[0], value[1], value[2]);
-    pose.rotation = (pose.rotation * rotationAbout(axis, value[3])).eval();
+    pose.turn(rotationAbout(axis, value[3]));
 }
 
 // Takes the place of what channels before it gave, where the others multiply.
@@ -168,7 +250,7 @@ void AnimationPlayback::playMatrix(const Track& track, const Interval& interval,
     if (!keys.start) return;
     const MatrixKey start(keys.start);
     if (interval.holds) {
-        pose.translation = start.isSingular ? start.placement() : start.matrix;
+        pose.place(start.isSingular ? start.placement() : start.matrix);
         pose.scale = start.scale;
         return;
     }
@@ -177,15 +259,8 @@ void AnimationPlayback::playMatrix(const Track& track, const Interval& interval,
     // The last hundredth shows the later key, on purpose.
     const auto blended =
         blend(start, MatrixKey(keys.end), fraction > almostThere ? 1.0f : fraction);
-    pose.translation = blended.placement();
+    pose.place(blended.placement());
     pose.scale = blended.scale;
-}
-
-Eigen::Matrix4f AnimationPlayback::matrixOf(const Pose& pose) {
-    Eigen::Matrix4f matrix;
-    matrix.leftCols<3>() = pose.translation.leftCols<3>() * pose.rotation;
-    matrix.col(3) = pose.translation.col(3);
-    return pose.base ? Eigen::Matrix4f(*pose.base * matrix) : matrix;
 }
 
 // Nobody is called, so that the nodes stay.
@@ -193,8 +268,7 @@ void AnimationPlayback::writeUnheard() {
     for (std::size_t slot = 0; slot < poses_.size(); ++slot) {
         Node* const node = tracks_.nodes().node(slot);
         if (!node) continue;
-        node->setTransformations(matrixOf(poses_[slot]));
-        node->setScale(poses_[slot].scale);
+        node->poseUnheard(poses_[slot].matrix(), poses_[slot].scale);
     }
 }
 
@@ -205,7 +279,7 @@ void AnimationPlayback::writeHeard() {
     for (std::size_t slot = 0; slot < poses_.size(); ++slot) {
         Node* const node = tracks_.nodes().node(slot);
         if (!node) continue;
-        written.push_back({node->shared_from_this(), matrixOf(poses_[slot]), poses_[slot].scale});
+        written.push_back({node->shared_from_this(), poses_[slot].matrix(), poses_[slot].scale});
     }
     for (const auto& pose : written) {
         pose.node->setTransformations(pose.matrix);

@@ -37,12 +37,20 @@ public:
 
 private:
     /// What the channels of one node give together. The translation is a whole matrix, since it
-    /// also takes what a matrix channel gives.
+    /// also takes what a matrix channel gives; until one does, only its last column counts.
     struct Pose {
-        const Eigen::Matrix4f* base = nullptr;
+        void clear();
+        void move(const Eigen::Vector3f& offset);
+        void place(const Eigen::Matrix4f& placement);
+        void turn(const Eigen::Matrix3f& turned);
+        Eigen::Matrix4f matrix() const;
+
+        const Eigen::Matrix4f* base = nullptr;  ///< Null for the identity.
         Eigen::Matrix4f translation;
-        Eigen::Matrix3f rotation;
+        Eigen::Matrix3f rotation;  ///< Counts once isTurned.
         Eigen::Vector3f scale;
+        bool isPlaced;
+        bool isTurned;
     };
     struct Interval;
     struct WrittenNode {
@@ -53,11 +61,11 @@ private:
 
     void findBaseMatrices();
     void evaluate(float time);
-    void evaluateTrack(const Track& track, float time);
+    /// Returns the index of the key that follows @p time.
+    std::size_t evaluateTrack(const Track& track, float time);
     void playVector(const Track& track, const Interval& interval, Pose& pose);
     void playRotation(const Track& track, const Interval& interval, Pose& pose);
     static void playMatrix(const Track& track, const Interval& interval, Pose& pose);
-    static Eigen::Matrix4f matrixOf(const Pose& pose);
     void writeUnheard();
     void writeHeard();
 

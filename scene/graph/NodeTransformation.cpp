@@ -82,12 +82,22 @@ void Node::setTransformations(const Eigen::Translation<float, 3>& translation,
 }
 
 void Node::setTransformations(const Eigen::Matrix4f& matrix) {
+    takePlacement(matrix);
+    triggerTransformationUpdate();
+}
+
+void Node::poseUnheard(const Eigen::Matrix4f& matrix, const Eigen::Vector3f& factors) {
+    takePlacement(matrix);
+    scaling_ = factors;
+    updateLocalMatrix();
+}
+
+void Node::takePlacement(const Eigen::Matrix4f& matrix) {
     translation_ = matrix.topRightCorner<3, 1>();
     for (Eigen::Index column = 0; column < 3; ++column) {
         const Eigen::Vector3f axis = matrix.block<3, 1>(0, column);
         rotation_.block<3, 1>(0, column) = axis / axis.norm();  // No guard: defined so.
     }
-    triggerTransformationUpdate();
 }
 
 std::vector<boost::shared_ptr<ITransformation>> Node::getOriginalTransformations() const {
