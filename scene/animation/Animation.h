@@ -105,8 +105,8 @@ public:
     /// first gets an identity matrix with the SID "transform" (see Node::addTransformation).
     void insertKeyFrame(boost::shared_ptr<Node> node, float time);
 
-    /// Records the local matrix of @p node as a key of @p transformation, row by row, before the
-    /// first key that no earlier one follows; an equal time is not replaced.
+    /// Records the local matrix of @p node, row by row, as a key of @p transformation: behind the
+    /// last key of an earlier time, so before those of an equal one, which stay.
     /// Deliberate: always 16 floats, and tangents get their zeros behind the first key.
     void insertTransformations(boost::shared_ptr<Node> node,
                                boost::shared_ptr<ITransformation> transformation, float time);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -13,16 +14,17 @@ namespace vantorix::scene {
 /// could make wrong.
 inline std::size_t firstKeyFrom(const float* times, std::size_t count, float time) {
     using Lanes __attribute__((vector_size(16))) = float;
-    using Flags __attribute__((vector_size(16))) = std::int64_t;
     constexpr std::size_t blockSize = 16;
     const Lanes wanted = {time, time, time, time};
     std::size_t index = 0;
     for (; index + blockSize <= count; index += blockSize) {
-        Lanes block[4];
-        std::memcpy(block, times + index, sizeof(block));
-        const auto reached = (Flags)((wanted <= block[0]) | (wanted <= block[1]) |
-                                     (wanted <= block[2]) | (wanted <= block[3]));
-        if ((reached[0] | reached[1]) != 0) break;
+        std::array<Lanes, 4> block;
+        std::memcpy(block.data(), times + index, sizeof(block));
+        const auto reached = (wanted <= block[0]) | (wanted <= block[1]) | (wanted <= block[2]) |
+                             (wanted <= block[3]);
+        std::array<std::int64_t, 2> flags;
+        std::memcpy(flags.data(), &reached, sizeof(flags));
+        if ((flags[0] | flags[1]) != 0) break;
     }
     while (index < count && !(time <= times[index])) ++index;
     return index;

@@ -251,7 +251,7 @@ private:
         auto& output = *dice_.pick(keys_).output;
         switch (dice_.below(4)) {
             case 0:
-                output.stride = dice_.pick<int>({-1, 0, 1, 3, 4, 16});
+                output.stride = dice_.pick<int>({-1, 0, 1, 3, 4});
                 break;
             case 1:
                 output.values.resize(output.values.size() / 2);
