@@ -23,7 +23,7 @@ void splitAgain(benchmark::State& state, const Make& make) {
         auto torus = make();
         triangles = static_cast<int>(torus.primitive->getCount());
         state.ResumeTiming();
-        torus.mesh->subDivide({});
+        torus.primitive->subDivide({});
         state.PauseTiming();
         checkPositions(state, *torus.mesh, triangles);
         torus = {};

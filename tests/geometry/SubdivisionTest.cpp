@@ -368,6 +368,8 @@ struct ClosedMesh {
     Indices indices;
 };
 
+void PrintTo(const ClosedMesh& mesh, std::ostream* out) { *out << mesh.name; }
+
 /// Positions whose sums round, so that a midpoint depends on the direction of its edge.
 Floats noisyPositions(std::size_t count) {
     std::mt19937 random(7);
