@@ -12,32 +12,41 @@ namespace vantorix::apps::import {
 
 GeometryBuilder::GeometryBuilder(const ModelDocument& document,
                                  const std::vector<std::string>& materialIds,
-                                 boost::shared_ptr<scene::GeometryManager> library, IdRegistry& ids)
-    : document_(document), materialIds_(materialIds), library_(library), ids_(ids) {
+                                 boost::shared_ptr<scene::GeometryManager> library, IdRegistry& ids,
+                                 ControllerBuilder& controllers)
+    : document_(document),
+      materialIds_(materialIds),
+      library_(library),
+      ids_(ids),
+      controllers_(controllers) {
     for (const auto& id : library->getIDs()) ids_.reserve(id);
 }
 
-boost::shared_ptr<scene::Mesh> GeometryBuilder::meshFor(const std::vector<std::uint32_t>& meshes) {
+BuiltGeometry GeometryBuilder::geometryFor(const std::vector<std::uint32_t>& meshes) {
     const bool drawn = std::any_of(meshes.begin(), meshes.end(), [this](std::uint32_t mesh) {
-        return !document_.meshes[mesh].triangles.empty();
+        return document_.meshes[mesh].countFaces() > 0;
     });
     if (!drawn) return {};
-    auto& mesh = built_[meshes];
-    if (!mesh) mesh = build(meshes);
-    return mesh;
+    auto& geometry = built_[meshes];
+    if (!geometry.mesh) geometry = build(meshes);
+    return geometry;
 }
 
-boost::shared_ptr<scene::Mesh> GeometryBuilder::build(const std::vector<std::uint32_t>& meshes) {
+BuiltGeometry GeometryBuilder::build(const std::vector<std::uint32_t>& meshes) {
     const std::string& name = document_.meshes[meshes.front()].name;
     const auto mesh = boost::make_shared<scene::Mesh>(ids_.take(name), name);
-    MeshAssembly assembly(mesh);
+    const bool isSkinned = std::any_of(meshes.begin(), meshes.end(), [this](std::uint32_t number) {
+        return !document_.meshes[number].skin.influences.empty();
+    });
+    MeshAssembly assembly(mesh, isSkinned);
     for (const auto number : meshes) {
         const auto& source = document_.meshes[number];
         assembly.add(source, materialIds_[source.material]);
     }
     assembly.finish();
     library_->addGeometry(mesh);
-    return mesh;
+    if (assembly.getSkin().getJoints().empty()) return {mesh, {}};
+    return {mesh, controllers_.build(assembly.getSkin(), mesh)};
 }
 
 }  // namespace vantorix::apps::import

@@ -11,6 +11,7 @@ struct ImportOptions {
     /// Path of vantorix-import-worker; empty to look beside the running program and in
     /// ../libexec/vantorix/ from there.
     std::string worker;
+    bool triangulate = false;  ///< Cuts polygons into triangles; else they stay as they are.
 };
 
 }  // namespace vantorix::apps::import

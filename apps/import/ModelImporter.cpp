@@ -37,7 +37,7 @@ ImportResult ModelImporter::importFile(const std::string& file,
     ImportResult result;
     try {
         if (!scene) throw RefusedError("there is no scene to import it into");
-        const auto document = ModelReader(options_.limits, options_.worker).read(file);
+        const auto document = ModelReader(options_).read(file);
         build(document, file, options_.limits, scene, result);
         result.status = ImportResult::DONE;
     } catch (const LimitError& error) {
