@@ -19,8 +19,8 @@ namespace vantorix::apps::import {
 
 /// What a node shows.
 struct BuiltGeometry {
-    boost::shared_ptr<scene::Mesh> mesh;  ///< Empty when there is no face.
-    BuiltController skin;                 ///< Empty unless bones move the mesh.
+    boost::shared_ptr<scene::Mesh> mesh;
+    BuiltController skin;  ///< Empty unless bones move the mesh.
 };
 
 /// Builds the meshes of a scene, and their skins: one per list of document meshes that some node
@@ -33,18 +33,27 @@ public:
                     boost::shared_ptr<scene::GeometryManager> library, IdRegistry& ids,
                     ControllerBuilder& controllers);
 
+    /// Whether each primitive becomes a geometry of its own; see ImportOptions. To be said first.
+    void separatePrimitives(bool separate) { separate_ = separate; }
+
     /// The geometry for a node's list, made and put into the library when it is first asked for.
-    BuiltGeometry geometryFor(const std::vector<std::uint32_t>& meshes);
+    /// None when the list has no face; several only when primitives are separate.
+    const std::vector<BuiltGeometry>& geometriesFor(const std::vector<std::uint32_t>& meshes);
 
 private:
-    BuiltGeometry build(const std::vector<std::uint32_t>& meshes);
+    using Meshes = std::vector<std::uint32_t>;
+
+    std::vector<BuiltGeometry> build(const Meshes& meshes);
+    std::vector<Meshes> partsOf(const Meshes& meshes) const;
+    BuiltGeometry buildPart(const std::string& id, const std::string& name, const Meshes& meshes);
 
     const ModelDocument& document_;
     const std::vector<std::string>& materialIds_;
     boost::shared_ptr<scene::GeometryManager> library_;
     IdRegistry& ids_;
     ControllerBuilder& controllers_;
-    std::map<std::vector<std::uint32_t>, BuiltGeometry> built_;
+    bool separate_ = false;
+    std::map<Meshes, std::vector<BuiltGeometry>> built_;
 };
 
 }  // namespace vantorix::apps::import

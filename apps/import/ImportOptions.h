@@ -12,6 +12,9 @@ struct ImportOptions {
     /// ../libexec/vantorix/ from there.
     std::string worker;
     bool triangulate = false;  ///< Cuts polygons into triangles; else they stay as they are.
+    /// Makes a geometry of each primitive that a geometry would have: what else would be "mesh"
+    /// becomes "mesh-red" and "mesh-blue", after the materials, both with the name "mesh".
+    bool separatePrimitives = false;
 };
 
 }  // namespace vantorix::apps::import

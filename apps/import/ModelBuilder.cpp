@@ -7,7 +7,7 @@
 
 #include <boost/make_shared.hpp>
 
-#include "apps/import/ImportLimits.h"
+#include "apps/import/ImportOptions.h"
 #include "apps/import/MeshTotals.h"
 #include "scene/animation/Camera.h"
 #include "scene/animation/CameraInstance.h"
@@ -64,8 +64,9 @@ ModelBuilder::ModelBuilder(const ModelDocument& document, const std::string& mod
       cameraIds_("camera", result.report),
       lightIds_("light", result.report) {}
 
-void ModelBuilder::build(const ImportLimits& limits) {
-    checkCombinations(limits);
+void ModelBuilder::build(const ImportOptions& options) {
+    checkCombinations(options.limits);
+    geometries_.separatePrimitives(options.separatePrimitives);
     reserveIds();
     describeScene();
     materials_.build();
@@ -129,26 +130,38 @@ boost::shared_ptr<Node> ModelBuilder::buildNode(std::size_t number) {
     const auto& source = document_.nodes[number];
     const auto node = makeNode(nodeIdsByNumber_[number], source.name, source.matrix);
     if (joints_[number]) node->setType("JOINT");
-    addInstance(source, *node);
+    addInstances(source, *node);
     return node;
 }
 
-void ModelBuilder::addInstance(const ModelNode& source, Node& node) {
-    const auto [mesh, skin] = geometries_.geometryFor(source.meshes);
-    if (!mesh) return;
+void ModelBuilder::addInstances(const ModelNode& source, Node& node) {
+    for (const auto& built : geometries_.geometriesFor(source.meshes)) {
+        const auto geometry =
+            boost::make_shared<InstanceGeometry>(built.mesh, bindingsOf(source, *built.mesh));
+        if (!built.skin.controller) {
+            node.addInstanceGeometry(geometry);
+            continue;
+        }
+        const auto instance =
+            boost::make_shared<InstanceController>(geometry, built.skin.controller);
+        instance->setSkeletons(built.skin.skeletons);
+        node.addInstanceController(instance);
+    }
+}
+
+/// The materials that the primitives of @p mesh name.
+std::map<std::string, boost::shared_ptr<Material>> ModelBuilder::bindingsOf(
+    const ModelNode& source, const Mesh& mesh) const {
     std::map<std::string, boost::shared_ptr<Material>> bindings;
+    for (const auto& primitive : mesh.getMeshPrimitives()) {
+        bindings[primitive->getMaterialSymbol()];
+    }
     for (const auto number : source.meshes) {
         const auto material = document_.meshes[number].material;
-        bindings[materials_.getIds()[material]] = materials_.getMaterials()[material];
+        const auto binding = bindings.find(materials_.getIds()[material]);
+        if (binding != bindings.end()) binding->second = materials_.getMaterials()[material];
     }
-    const auto geometry = boost::make_shared<InstanceGeometry>(mesh, bindings);
-    if (!skin.controller) {
-        node.addInstanceGeometry(geometry);
-        return;
-    }
-    const auto instance = boost::make_shared<InstanceController>(geometry, skin.controller);
-    instance->setSkeletons(skin.skeletons);
-    node.addInstanceController(instance);
+    return bindings;
 }
 
 boost::shared_ptr<Node> ModelBuilder::makeNode(const std::string& id, const std::string& name,

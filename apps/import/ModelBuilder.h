@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -13,6 +14,8 @@
 #include "apps/import/ModelDocument.h"
 
 namespace vantorix::scene {
+class Material;
+class Mesh;
 class Node;
 class SceneManager;
 }  // namespace vantorix::scene
@@ -20,6 +23,7 @@ class SceneManager;
 namespace vantorix::apps::import {
 
 struct ImportLimits;
+struct ImportOptions;
 
 /// Builds a scene from a document that passed its checks, through the scene's public classes.
 ///
@@ -37,8 +41,8 @@ public:
                  boost::shared_ptr<scene::SceneManager> scene, ImportResult& result);
 
     /// @throws LimitError, with the scene unchanged, when meshes that nodes combine in different
-    ///         ways would exceed @p limits.
-    void build(const ImportLimits& limits);
+    ///         ways would exceed the limits.
+    void build(const ImportOptions& options);
 
 private:
     void checkCombinations(const ImportLimits& limits) const;
@@ -47,7 +51,9 @@ private:
     void buildNodes();
     void nameNodes();
     boost::shared_ptr<scene::Node> buildNode(std::size_t number);
-    void addInstance(const ModelNode& source, scene::Node& node);
+    void addInstances(const ModelNode& source, scene::Node& node);
+    std::map<std::string, boost::shared_ptr<scene::Material>> bindingsOf(
+        const ModelNode& source, const scene::Mesh& mesh) const;
     boost::shared_ptr<scene::Node> makeNode(const std::string& id, const std::string& name,
                                             const std::array<float, 16>& matrix);
     boost::shared_ptr<scene::Node> placeFor(const std::string& name,

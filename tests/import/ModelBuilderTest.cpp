@@ -5,7 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "apps/import/ImportLimits.h"
+#include "apps/import/ImportOptions.h"
 #include "apps/import/ModelBuilder.h"
 #include "scene/animation/Camera.h"
 #include "scene/animation/CameraInstance.h"
@@ -38,8 +38,8 @@ using ::testing::HasSubstr;
 using ::testing::IsSupersetOf;
 
 struct BuiltModel : ::testing::Test {
-    void build(const ImportLimits& limits = {}) {
-        ModelBuilder(document, folder.path("sample.obj"), scene.manager, result).build(limits);
+    void build(const ImportOptions& options = {}) {
+        ModelBuilder(document, folder.path("sample.obj"), scene.manager, result).build(options);
     }
     boost::shared_ptr<Node> node(const std::string& id) { return scene->getNodeByID(id); }
     boost::shared_ptr<Mesh> meshAt(const std::string& nodeId) {
@@ -275,10 +275,26 @@ TEST_F(BuiltModel, EveryCornerKeepsItsInfluences) {
     }
 }
 
+TEST_F(BuiltModel, PrimitivesBecomeGeometriesWhereAsked) {
+    document.nodes[2].meshes = {0, 0};
+    ImportOptions options;
+    options.separatePrimitives = true;
+    build(options);
+    ASSERT_EQ(node("square")->getInstanceGeometryCount(), 2u);
+    const auto wood = node("square")->getInstanceGeometry(1);
+    EXPECT_EQ(wood->getGeometry()->getID(), "square-wood");
+    EXPECT_EQ(wood->getGeometry()->getName(), "square");
+    EXPECT_EQ(wood->getMaterialList().size(), 1u);
+    EXPECT_EQ(wood->getMaterial("wood"), scene->getMaterialWithID("wood"));
+    EXPECT_EQ(node("half")->getInstanceGeometryCount(), 1u);
+    EXPECT_EQ(meshAt("half")->getPrimitiveCount(), 1u);
+    EXPECT_EQ(meshAt("half")->getID(), "square_2");
+}
+
 TEST_F(BuiltModel, CombinationsOfMeshesAreLimited) {
-    ImportLimits limits;
-    limits.faces = 2;  // The document has two, but they are built as {0, 1} and as {0}.
-    EXPECT_THROW(build(limits), LimitError);
+    ImportOptions options;
+    options.limits.faces = 2;  // The document has two, but they are built as {0, 1} and as {0}.
+    EXPECT_THROW(build(options), LimitError);
     EXPECT_EQ(scene->getRoot()->getChildCount(), 0u);
     EXPECT_EQ(scene->getGeometryManager()->getCount(), 0u);
 }
