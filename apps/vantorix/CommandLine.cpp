@@ -16,6 +16,7 @@
 #include "apps/vantorix/Failure.h"
 #include "apps/vantorix/InfoCommand.h"
 #include "apps/vantorix/NormalsCommand.h"
+#include "apps/vantorix/PickCommand.h"
 #include "apps/vantorix/PrintableText.h"
 #include "apps/vantorix/RenderCommand.h"
 #include "apps/vantorix/SubdivideCommand.h"
@@ -32,6 +33,7 @@ Commands makeCommands() {
     commands.push_back(std::make_unique<EventsCommand>());
     commands.push_back(std::make_unique<NormalsCommand>());
     commands.push_back(std::make_unique<SubdivideCommand>());
+    commands.push_back(std::make_unique<PickCommand>());
     return commands;
 }
 

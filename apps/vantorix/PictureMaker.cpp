@@ -51,11 +51,15 @@ std::unique_ptr<LoadedModel> PictureMaker::load(const std::string& file,
 }
 
 render::Picture PictureMaker::draw(const LoadedModel& model, const render::View& view) {
+    return render(model, view).picture;
+}
+
+render::Rendering PictureMaker::render(const LoadedModel& model, const render::View& view) {
     const std::string& file = model.getFile();
     try {
         auto rendering = renderer_->render(model.getScene(), imagesOf(model.getImport()), view);
         report(file, rendering, view);
-        return std::move(rendering.picture);
+        return rendering;
     } catch (const render::UnknownCamera& error) {
         throw Failure(WRONG_USE, printable(file + ": " + error.what()));
     } catch (const render::RenderLimit& error) {

@@ -24,6 +24,8 @@ public:
     /// A picture without background. What could not be done as asked becomes a warning.
     /// @throws Failure
     render::Picture draw(const LoadedModel& model, const render::View& view);
+    /// The same, with what there is to know about the picture.
+    render::Rendering render(const LoadedModel& model, const render::View& view);
 
 private:
     void report(const std::string& file, const render::Rendering& rendering,
