@@ -1,5 +1,7 @@
 #include "scene/graph/SceneManager.h"
 
+#include <utility>
+
 #include <boost/make_shared.hpp>
 #include <boost/thread/thread.hpp>
 
@@ -107,6 +109,10 @@ void SceneManager::setGeometryManager(boost::shared_ptr<GeometryManager> manager
     std::vector<boost::shared_ptr<IGeometry>> geometries;
     geometryManager_->getGeometries(geometries);
     recordIDs(*this, geometries);
+}
+
+void SceneManager::setAnimationManager(boost::shared_ptr<AnimationManager> manager) {
+    animationManager_ = std::move(manager);
 }
 
 boost::shared_ptr<Node> SceneManager::getRoot() {
