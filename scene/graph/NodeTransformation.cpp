@@ -159,10 +159,10 @@ void Node::updateLocalMatrix() {
 
 void Node::triggerTransformationUpdate() {
     updateLocalMatrix();
-    if (isHeard(events::nodeTransformationUpdate)) {
-        dispatch(events::nodeTransformationUpdate,
-                 core::event::EventData::withMatrix(id_, localMatrix_.data()));
-    }
+    if (!isHeard(events::nodeTransformationUpdate)) return sendEmpty(events::sceneUpdate);
+    const auto self = weak_from_this().lock();  // A listener may release this node.
+    dispatch(events::nodeTransformationUpdate,
+             core::event::EventData::withMatrix(id_, localMatrix_.data()));
     sendEmpty(events::sceneUpdate);
 }
 

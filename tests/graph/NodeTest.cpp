@@ -40,6 +40,30 @@ std::string textOf(const Eigen::Matrix4f& matrix) {
     return Matrix(matrix.data()).toEventDataString();
 }
 
+using Setter = std::function<void(Node&)>;
+
+/// Everything that moves a node, once each.
+std::vector<Setter> transformSetters() {
+    const Eigen::Matrix4f identity = Eigen::Matrix4f::Identity();
+    const Eigen::Vector3f factors(1, 2, 3);
+    const Eigen::Translation3f place(1, 2, 3);
+    return {[](Node& node) { node.move(1, 0, 0); },
+            [](Node& node) { node.addTranslation(1, 0, 0); },
+            [=](Node& node) { node.setTranslation(place); },
+            [](Node& node) { node.rotate(quarterTurnAboutZ()); },
+            [](Node& node) { node.addRotation(quarterTurnAboutZ()); },
+            [=](Node& node) { node.setRotation(identity); },
+            [=](Node& node) { node.scale(factors); },
+            [=](Node& node) { node.setScale(factors); },
+            [=](Node& node) { node.addTransformation(identity); },
+            [](Node& node) {
+                node.addTransformation(boost::make_shared<scene::TransformationMatrix>());
+            },
+            [=](Node& node) { node.setTransformations(identity); },
+            [=](Node& node) { node.setTransformations(place, identity); },
+            [](Node& node) { node.triggerTransformationUpdate(); }};
+}
+
 /// A running scene that records its events, and two nodes that are not attached yet.
 struct TwoNodes : testing::Test {
     RecordedScene scene;
@@ -187,25 +211,7 @@ TEST_F(NodeTransformation, AWholeMatrixMultipliesTheRotationAndAddsItsTranslatio
 }
 
 TEST_F(NodeTransformation, EverySetterAnnouncesTheNewLocalMatrixOnce) {
-    const std::vector<std::function<void()>> setters = {
-        [&] { child->move(1, 0, 0); },
-        [&] { child->addTranslation(1, 0, 0); },
-        [&] { child->setTranslation(Eigen::Translation3f(1, 2, 3)); },
-        [&] { child->rotate(quarterTurnAboutZ()); },
-        [&] { child->addRotation(quarterTurnAboutZ()); },
-        [&] { child->setRotation(Eigen::Matrix4f::Identity()); },
-        [&] {
-            child->scale({1, 2, 3});
-        },
-        [&] {
-            child->setScale({1, 2, 3});
-        },
-        [&] { child->addTransformation(Eigen::Matrix4f::Identity().eval()); },
-        [&] { child->addTransformation(boost::make_shared<scene::TransformationMatrix>()); },
-        [&] { child->setTransformations(Eigen::Matrix4f::Identity().eval()); },
-        [&] {
-            child->setTransformations(Eigen::Translation3f(1, 0, 0), Eigen::Matrix4f::Identity());
-        }};
+    const auto setters = transformSetters();
     for (std::size_t i = 0; i < setters.size(); ++i) {
         scene.forgetEvents();
         setters[i]();
@@ -242,6 +248,33 @@ TEST_F(NodeTransformation, AWorldMatrixEndsAtTheFirstNodeMetTwice) {
     parent->removeChild(child);
     child->addNode(parent);  // Each now names the other as its parent.
     const auto below = scene.makeNode("below");
+TEST_F(NodeTransformation, ANodeReleasedByItsOwnEventLivesUntilTheSecondOneIsSent) {
+    struct WatchedNode : Node {
+        WatchedNode(const boost::shared_ptr<scene::SceneManager>& manager, bool& flag)
+            : Node(manager), isGone(flag) {}
+        ~WatchedNode() override { isGone = true; }
+        bool& isGone;
+    };
+    struct Releaser : core::event::EventManager {
+        using EventManager::triggerEvent;
+        void triggerEvent(core::event::Event event) override {
+            seen.push_back(event.getEventType().getName() + (isGone ? ": gone" : ": alive"));
+            target.reset();
+        }
+        boost::shared_ptr<Node> target;
+        bool isGone = false;
+        Names seen;
+    };
+    for (const auto& setter : transformSetters()) {
+        const auto releaser = boost::make_shared<Releaser>();
+        scene->setEventManager(releaser);
+        releaser->target = boost::make_shared<WatchedNode>(scene.manager, releaser->isGone);
+        setter(*releaser->target.get());
+        EXPECT_EQ(releaser->seen, Names({"NodeTransformationUpdate: alive", "SceneUpdate: alive"}));
+        EXPECT_TRUE(releaser->isGone);
+    }
+}
+
     below->addTranslation(0, 0, 1);
     parent->addNode(below);
     for (int asked = 0; asked < 2; ++asked) {
