@@ -113,6 +113,15 @@ TEST_F(NodeHierarchy, NoCircleOfChildrenCanArise) {
     EXPECT_EQ(scene.eventNames(), Names());
 }
 
+TEST_F(NodeHierarchy, AChildOfAnotherSceneIsAnnouncedThereToo) {
+    const RecordedScene other;
+    const auto guest = other.makeNode("guest");
+    other.forgetEvents();
+    scene->setEventManager(boost::make_shared<core::event::EventManager>());  // Nobody listens.
+    parent->addNode(guest);
+    EXPECT_EQ(other.eventNames(), Names({"NodeTransformationUpdate", "SceneUpdate"}));
+}
+
 TEST_F(NodeHierarchy, PositionsOutsideTheListsThrow) {
     parent->addNode(child);
     EXPECT_EQ(parent->getChildNode(0), child);
