@@ -168,15 +168,17 @@ void Node::triggerTransformationUpdate() {
 
 Eigen::Matrix4f Node::getCombinedTransformations() const {
     if (!worldCached_) cacheWorldMatrix();
-    return worldCached_ ? worldMatrix_ : uncachedWorldMatrix();
+    return worldCached_ ? worldMatrix_ : combineFromTop(&Node::localMatrix_);
 }
 
-Eigen::Matrix4f Node::getCombinedRotations() const {
-    Eigen::Matrix4f combined = rotation_;
-    boost::unordered_set<const Node*> met{this};
-    for (const Node* node = liveParent(); node && met.insert(node).second;
-         node = node->liveParent()) {
-        combined = (node->rotation_ * combined).eval();
+Eigen::Matrix4f Node::getCombinedRotations() const { return combineFromTop(&Node::rotation_); }
+
+// In the order of a recursion over the parents, to the last bit: ((top * a) * b) * this.
+Eigen::Matrix4f Node::combineFromTop(Eigen::Matrix4f Node::*own) const {
+    std::vector<const Node*> chain;
+    boost::unordered_set<const Node*> met;
+    for (const Node* node = this; node && met.insert(node).second; node = node->liveParent()) {
+        chain.push_back(node);
     }
     return combined;
 }
@@ -198,16 +200,6 @@ void Node::cacheWorldMatrix() const {
         path.back()->adoptWorldMatrix(path.back()->liveParent());
         path.pop_back();
     }
-}
-
-Eigen::Matrix4f Node::uncachedWorldMatrix() const {
-    Eigen::Matrix4f combined = localMatrix_;
-    boost::unordered_set<const Node*> met{this};
-    for (const Node* node = liveParent(); node && met.insert(node).second;
-         node = node->liveParent()) {
-        combined = (node->localMatrix_ * combined).eval();
-    }
-    return combined;
 }
 
 void Node::adoptWorldMatrix(const Node* parent) const {
