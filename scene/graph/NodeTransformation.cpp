@@ -28,9 +28,9 @@ Eigen::Vector3f toEigen(const core::utils::Vector<float, 3>& vector) {
 }  // namespace
 
 void Node::move(const Eigen::Vector3f& offset) {
-    const Eigen::Vector3f turned =
-        rotation_.topLeftCorner<3, 3>() * offset + rotation_.topRightCorner<3, 1>();
-    translation_ += scaling_.cwiseProduct(turned);
+    // The product first: scaling the turned offset instead would round differently.
+    const Eigen::Matrix4f product = scaling_.homogeneous().asDiagonal() * rotation_;
+    translation_ += product.topLeftCorner<3, 3>() * offset + product.topRightCorner<3, 1>();
     triggerTransformationUpdate();
 }
 
@@ -141,7 +141,7 @@ void Node::applyElement(ITransformation& element) {
     } else if (auto* const rotate = dynamic_cast<TransformationRotate*>(&element)) {
         turnAbout(toEigen(rotate->getRotationAxis()), rotate->getAngle());
     } else if (auto* const scaling = dynamic_cast<TransformationScale*>(&element)) {
-        scaling_ = toEigen(scaling->getScale());
+        if (scaling->getScale().size() >= 3) scaling_ = toEigen(scaling->getScale());
     } else if (auto* const translate = dynamic_cast<TransformationTranslate*>(&element)) {
         translation_ += toEigen(translate->getTranslation());
     }

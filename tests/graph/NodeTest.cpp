@@ -196,6 +196,23 @@ TEST_F(NodeTransformation, MovingFollowsTheOwnRotationAndScale) {
     EXPECT_TRUE(isNear(child->getTranslation().vector(), Eigen::Vector3f(0, 3, 0)));
 }
 
+TEST_F(NodeTransformation, MovingAppliesTheProductOfScaleAndRotation) {
+    for (int i = 0; i < 200; ++i) {
+        const Eigen::Vector4f factors(Eigen::Vector4f::Random().head<3>().homogeneous());
+        const Eigen::Matrix4f rotation = Eigen::Matrix4f::Random();
+        const Eigen::Vector3f offset = Eigen::Vector3f::Random();
+        const auto node = scene.makeNode("node");
+        node->setScale(factors.head<3>());
+        node->setRotation(rotation);
+        node->move(offset);
+        Eigen::Matrix4f product;
+        for (int row = 0; row < 4; ++row) product.row(row) = factors[row] * rotation.row(row);
+        const Eigen::Vector3f expected =
+            product.topLeftCorner<3, 3>() * offset + product.topRightCorner<3, 1>();
+        EXPECT_EQ(node->getTranslation().vector(), expected) << "to the last bit";
+    }
+}
+
 TEST_F(NodeTransformation, AScaleInsideAWholeMatrixIsDropped) {
     Eigen::Matrix4f matrix = Eigen::Matrix4f::Identity();
     matrix.topLeftCorner<3, 3>() = quarterTurnAboutZ() * 3.0f;
@@ -310,6 +327,13 @@ TEST_F(NodeElements, ApplyInTheirOrderAndAreAllListed) {
     EXPECT_TRUE(isNear(child->getTranslation().vector(), Eigen::Vector3f(1, 0, 0)));
     EXPECT_TRUE(isNear(child->getRotation().topLeftCorner<3, 3>(), quarterTurnAboutZ()));
     EXPECT_EQ(child->getScale(), Eigen::Vector3f(2, 3, 4));
+}
+
+TEST_F(NodeElements, AScaleWithoutComponentsLeavesTheScaleAlone) {
+    child->setScale({2, 3, 4});
+    child->addTransformation(boost::make_shared<scene::TransformationScale>(Vector()));
+    EXPECT_EQ(child->getScale(), Eigen::Vector3f(2, 3, 4));
+    EXPECT_EQ(child->getOriginalTransformations().size(), 1u);
 }
 
 TEST_F(NodeElements, AMatrixSplitsIntoTranslationRotationAndScale) {
