@@ -240,11 +240,38 @@ TEST_F(NodeTransformation, EverySetterAnnouncesTheNewLocalMatrixOnce) {
     const auto setters = transformSetters();
     for (std::size_t i = 0; i < setters.size(); ++i) {
         scene.forgetEvents();
-        setters[i]();
+        setters[i](*child);
         EXPECT_EQ(scene.eventLines(),
                   Names({"NodeTransformationUpdate|child," + textOf(child->getTransformations()),
                          "SceneUpdate|"}))
             << "setter " << i;
+    }
+}
+
+TEST_F(NodeTransformation, ANodeReleasedByItsOwnEventLivesUntilTheSecondOneIsSent) {
+    struct WatchedNode : Node {
+        WatchedNode(const boost::shared_ptr<scene::SceneManager>& manager, bool& flag)
+            : Node(manager), isGone(flag) {}
+        ~WatchedNode() override { isGone = true; }
+        bool& isGone;
+    };
+    struct Releaser : core::event::EventManager {
+        using EventManager::triggerEvent;
+        void triggerEvent(core::event::Event event) override {
+            seen.push_back(event.getEventType().getName() + (isGone ? ": gone" : ": alive"));
+            target.reset();
+        }
+        boost::shared_ptr<Node> target;
+        bool isGone = false;
+        Names seen;
+    };
+    for (const auto& setter : transformSetters()) {
+        const auto releaser = boost::make_shared<Releaser>();
+        scene->setEventManager(releaser);
+        releaser->target = boost::make_shared<WatchedNode>(scene.manager, releaser->isGone);
+        setter(*releaser->target.get());
+        EXPECT_EQ(releaser->seen, Names({"NodeTransformationUpdate: alive", "SceneUpdate: alive"}));
+        EXPECT_TRUE(releaser->isGone);
     }
 }
 
@@ -274,33 +301,6 @@ TEST_F(NodeTransformation, AWorldMatrixEndsAtTheFirstNodeMetTwice) {
     parent->removeChild(child);
     child->addNode(parent);  // Each now names the other as its parent.
     const auto below = scene.makeNode("below");
-TEST_F(NodeTransformation, ANodeReleasedByItsOwnEventLivesUntilTheSecondOneIsSent) {
-    struct WatchedNode : Node {
-        WatchedNode(const boost::shared_ptr<scene::SceneManager>& manager, bool& flag)
-            : Node(manager), isGone(flag) {}
-        ~WatchedNode() override { isGone = true; }
-        bool& isGone;
-    };
-    struct Releaser : core::event::EventManager {
-        using EventManager::triggerEvent;
-        void triggerEvent(core::event::Event event) override {
-            seen.push_back(event.getEventType().getName() + (isGone ? ": gone" : ": alive"));
-            target.reset();
-        }
-        boost::shared_ptr<Node> target;
-        bool isGone = false;
-        Names seen;
-    };
-    for (const auto& setter : transformSetters()) {
-        const auto releaser = boost::make_shared<Releaser>();
-        scene->setEventManager(releaser);
-        releaser->target = boost::make_shared<WatchedNode>(scene.manager, releaser->isGone);
-        setter(*releaser->target.get());
-        EXPECT_EQ(releaser->seen, Names({"NodeTransformationUpdate: alive", "SceneUpdate: alive"}));
-        EXPECT_TRUE(releaser->isGone);
-    }
-}
-
     below->addTranslation(0, 0, 1);
     parent->addNode(below);
     for (int asked = 0; asked < 2; ++asked) {
