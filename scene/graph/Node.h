@@ -236,7 +236,7 @@ private:
     void updateLocalMatrix();
 
     void cacheWorldMatrix() const;
-    Eigen::Matrix4f uncachedWorldMatrix() const;
+    Eigen::Matrix4f combineFromTop(Eigen::Matrix4f Node::*own) const;
     void adoptWorldMatrix(const Node* parent) const;
     void linkToParent(const Node& parent) const;
     void unlinkFromParent() const;

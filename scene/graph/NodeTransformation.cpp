@@ -19,9 +19,9 @@
 namespace vantorix::scene {
 
 void Node::move(const Eigen::Vector3f& offset) {
-    const Eigen::Vector3f turned =
-        rotation_.topLeftCorner<3, 3>() * offset + rotation_.topRightCorner<3, 1>();
-    translation_ += scaling_.cwiseProduct(turned);
+    // The product first: scaling the turned offset instead would round differently.
+    const Eigen::Matrix4f product = scaling_.homogeneous().asDiagonal() * rotation_;
+    translation_ += product.topLeftCorner<3, 3>() * offset + product.topRightCorner<3, 1>();
     triggerTransformationUpdate();
 }
 
@@ -138,7 +138,7 @@ void Node::applyElement(ITransformation& element) {
     } else if (auto* const rotate = dynamic_cast<TransformationRotate*>(&element)) {
         turn(rotationAbout(toEigen(rotate->getRotationAxis()), rotate->getAngle()));
     } else if (auto* const scaling = dynamic_cast<TransformationScale*>(&element)) {
-        scaling_ = toEigen(scaling->getScale());
+        if (scaling->getScale().size() >= 3) scaling_ = toEigen(scaling->getScale());
     } else if (auto* const translate = dynamic_cast<TransformationTranslate*>(&element)) {
         translation_ += toEigen(translate->getTranslation());
     }
@@ -156,25 +156,30 @@ void Node::updateLocalMatrix() {
 
 void Node::triggerTransformationUpdate() {
     updateLocalMatrix();
-    if (isHeard(events::nodeTransformationUpdate)) {
-        dispatch(events::nodeTransformationUpdate,
-                 core::event::EventData::withMatrix(id_, localMatrix_.data()));
-    }
+    if (!isHeard(events::nodeTransformationUpdate)) return sendEmpty(events::sceneUpdate);
+    const auto self = weak_from_this().lock();  // A listener may release this node.
+    dispatch(events::nodeTransformationUpdate,
+             core::event::EventData::withMatrix(id_, localMatrix_.data()));
     sendEmpty(events::sceneUpdate);
 }
 
 Eigen::Matrix4f Node::getCombinedTransformations() const {
     if (!worldCached_) cacheWorldMatrix();
-    return worldCached_ ? worldMatrix_ : uncachedWorldMatrix();
+    return worldCached_ ? worldMatrix_ : combineFromTop(&Node::localMatrix_);
 }
 
-Eigen::Matrix4f Node::getCombinedRotations() const {
-    Eigen::Matrix4f combined = rotation_;
-    boost::unordered_set<const Node*> met{this};
-    for (const Node* node = liveParent(); node && met.insert(node).second;
-         node = node->liveParent()) {
-        combined = (node->rotation_ * combined).eval();
+Eigen::Matrix4f Node::getCombinedRotations() const { return combineFromTop(&Node::rotation_); }
+
+// In the order of a recursion over the parents, to the last bit: ((top * a) * b) * this.
+Eigen::Matrix4f Node::combineFromTop(Eigen::Matrix4f Node::*own) const {
+    std::vector<const Node*> chain;
+    boost::unordered_set<const Node*> met;
+    for (const Node* node = this; node && met.insert(node).second; node = node->liveParent()) {
+        chain.push_back(node);
     }
+    Eigen::Matrix4f combined = chain.back()->*own;
+    for (std::size_t i = chain.size() - 1; i-- > 0;)
+        combined = (combined * (chain[i]->*own)).eval();
     return combined;
 }
 
@@ -195,16 +200,6 @@ void Node::cacheWorldMatrix() const {
         path.back()->adoptWorldMatrix(path.back()->liveParent());
         path.pop_back();
     }
-}
-
-Eigen::Matrix4f Node::uncachedWorldMatrix() const {
-    Eigen::Matrix4f combined = localMatrix_;
-    boost::unordered_set<const Node*> met{this};
-    for (const Node* node = liveParent(); node && met.insert(node).second;
-         node = node->liveParent()) {
-        combined = (node->localMatrix_ * combined).eval();
-    }
-    return combined;
 }
 
 void Node::adoptWorldMatrix(const Node* parent) const {
