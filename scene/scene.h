@@ -2,9 +2,12 @@
 
 /// Everything of vantorix_scene: the scene graph and all that stands in its libraries.
 
+#include "scene/animation/Animation.h"
+#include "scene/animation/AnimationManager.h"
 #include "scene/animation/Camera.h"
 #include "scene/animation/CameraInstance.h"
 #include "scene/animation/Light.h"
+#include "scene/animation/Sampler.h"
 #include "scene/controller/Controller.h"
 #include "scene/controller/InstanceController.h"
 #include "scene/controller/Morph.h"
@@ -58,6 +61,9 @@
 #include "scene/physics/ShapeTaperedCylinder.h"
 #include "scene/physics/StraightShape.h"
 #include "scene/physics/TaperedShape.h"
+#include "scene/spatial/Octree.h"
+#include "scene/spatial/OctreeNode.h"
+#include "scene/spatial/PickHit.h"
 #include "scene/spatial/Ray.h"
 #include "scene/transform/ITransformation.h"
 #include "scene/transform/TransformationElement.h"

@@ -6,13 +6,14 @@
 namespace vantorix::scene {
 namespace {
 
-using Positions = RefinedValues<3>;
+using SplitPositions = RefinedValues<3>;
 
 /// Four triangles with the winding of the one that is split.
-constexpr std::array<Positions::Place, 12> splitCorners = {
-    Positions::CORNER_A,  Positions::MIDDLE_AB, Positions::MIDDLE_AC, Positions::MIDDLE_AB,
-    Positions::MIDDLE_BC, Positions::MIDDLE_AC, Positions::MIDDLE_AB, Positions::CORNER_B,
-    Positions::MIDDLE_BC, Positions::MIDDLE_AC, Positions::MIDDLE_BC, Positions::CORNER_C};
+constexpr std::array<SplitPositions::Place, 12> splitCorners = {
+    SplitPositions::CORNER_A,  SplitPositions::MIDDLE_AB, SplitPositions::MIDDLE_AC,
+    SplitPositions::MIDDLE_AB, SplitPositions::MIDDLE_BC, SplitPositions::MIDDLE_AC,
+    SplitPositions::MIDDLE_AB, SplitPositions::CORNER_B,  SplitPositions::MIDDLE_BC,
+    SplitPositions::MIDDLE_AC, SplitPositions::MIDDLE_BC, SplitPositions::CORNER_C};
 
 template <typename Value>
 Value halfWay(const Value& from, const Value& to) {
@@ -25,18 +26,18 @@ Eigen::Vector3f middleNormal(const Eigen::Vector3f& from, const Eigen::Vector3f&
 }
 
 /// @param triangle the vertices of its three corners.
-void addInfluences(Positions::Place place, const unsigned int* triangle,
+void addInfluences(SplitPositions::Place place, const unsigned int* triangle,
                    RefinedInfluences& influences) {
     switch (place) {
-        case Positions::CORNER_A:
+        case SplitPositions::CORNER_A:
             return influences.addCorner(triangle[0]);
-        case Positions::MIDDLE_AB:
+        case SplitPositions::MIDDLE_AB:
             return influences.addMidpoint(triangle[0], triangle[1]);
-        case Positions::MIDDLE_AC:
+        case SplitPositions::MIDDLE_AC:
             return influences.addMidpoint(triangle[0], triangle[2]);
-        case Positions::MIDDLE_BC:
+        case SplitPositions::MIDDLE_BC:
             return influences.addMidpoint(triangle[1], triangle[2]);
-        case Positions::CORNER_B:
+        case SplitPositions::CORNER_B:
             return influences.addCorner(triangle[1]);
         default:
             return influences.addCorner(triangle[2]);
@@ -61,7 +62,7 @@ void TriangleSplit::run(RefinedInfluences* influences, const std::vector<unsigne
     indices_.resize(count_ * splitCorners.size() * recordSize());
     const auto ignore = [](auto) {};
     for (std::size_t triangle = 0; triangle < count_; ++triangle) {
-        split(positions_, POSITION, triangle, 0, [&](Positions::Place place) {
+        split(positions_, POSITION, triangle, 0, [&](SplitPositions::Place place) {
             if (influences) addInfluences(place, &vertices[3 * triangle], *influences);
         });
         std::size_t slot = 1;

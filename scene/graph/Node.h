@@ -210,6 +210,7 @@ public:
     /// @}
 
 private:
+    friend class AnimationPlayback;
     friend class NodeIndex;
     friend class NodeWalk;
     friend class NodeBounds;
@@ -227,8 +228,10 @@ private:
     const Extras& readExtras() const;
 
     void turn(const Eigen::Matrix3f& rotation);
-    void turnAbout(const Eigen::Vector3f& axis, float degrees);
     void applyMatrix(const Eigen::Matrix4f& matrix);
+    void takePlacement(const Eigen::Matrix4f& matrix);
+    /// setTransformations and setScale at once, to be used where nobody hears of either.
+    void poseUnheard(const Eigen::Matrix4f& matrix, const Eigen::Vector3f& factors);
     void applyElement(ITransformation& element);
     void updateLocalMatrix();
 

@@ -123,6 +123,10 @@ void SceneManager::setGeometryManager(boost::shared_ptr<GeometryManager> manager
     recordIDs(*this, geometries);
 }
 
+void SceneManager::setAnimationManager(boost::shared_ptr<AnimationManager> manager) {
+    animationManager_ = std::move(manager);
+}
+
 boost::shared_ptr<Node> SceneManager::getRoot() {
     if (!root_) root_ = boost::make_shared<Node>(shared_from_this());
     return root_;
