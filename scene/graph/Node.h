@@ -210,9 +210,11 @@ public:
     /// @}
 
 private:
+    friend class ChildIndex;
     friend class NodeIndex;
     friend class NodeWalk;
     friend class NodeBounds;
+    friend class TreeSnapshot;
     struct Extras;
 
     const Node* liveParent() const { return parent_.expired() ? nullptr : parentPointer_; }
