@@ -69,9 +69,9 @@ boost::shared_ptr<InstanceGeometry> makeInstance(SceneManager& scene, RandomChoi
 }
 
 boost::shared_ptr<Node> makeRandomNode(const boost::shared_ptr<SceneManager>& scene,
-                                       RandomChoices& random) {
+                                       unsigned int nodeIDs, RandomChoices& random) {
     const auto node = boost::make_shared<Node>(scene);
-    node->setID(random.id("n", 12));
+    node->setID(random.id("n", nodeIDs));
     node->setName(random.id("name", 5));
     node->addTranslation(static_cast<float>(random.below(5)), 1, 2);
     if (random.chance(40)) {
@@ -79,7 +79,7 @@ boost::shared_ptr<Node> makeRandomNode(const boost::shared_ptr<SceneManager>& sc
         node->setScale({2, 3, static_cast<float>(random.below(3))});
     }
     while (random.chance(40)) node->addToLayer(static_cast<int>(random.below(9)));
-    while (random.chance(40)) node->addInstanceGeometry(makeInstance(*scene, random));
+    while (random.chance(50)) node->addInstanceGeometry(makeInstance(*scene, random));
     return node;
 }
 
@@ -144,13 +144,17 @@ void describeNode(Node& node, const std::string& indent, const Materials& own,
 
 }  // namespace
 
-void fillRandomly(const boost::shared_ptr<SceneManager>& scene, RandomChoices& random) {
+void fillRandomly(const boost::shared_ptr<SceneManager>& scene, unsigned int nodeIDs,
+                  RandomChoices& random) {
     fillLibraries(*scene, random);
-    scene->setRoot(makeRandomNode(scene, random));
+    scene->setRoot(makeRandomNode(scene, nodeIDs, random));
     std::vector<boost::shared_ptr<Node>> nodes{scene->getRoot()};
+    const bool isFlat = random.chance(50);
     for (unsigned int i = random.below(14); i > 0; --i) {
-        nodes.push_back(makeRandomNode(scene, random));
-        nodes[random.below(static_cast<unsigned int>(nodes.size()) - 1)]->addNode(nodes.back());
+        const auto& parent = isFlat && random.chance(80) ? nodes.front() : random.of(nodes);
+        const auto node = makeRandomNode(scene, nodeIDs, random);
+        parent->addNode(node);
+        nodes.push_back(node);
     }
     if (random.chance(30)) random.of(nodes)->addNode(random.of(nodes));
 }

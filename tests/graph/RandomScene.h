@@ -34,9 +34,10 @@ private:
     std::mt19937 engine_;
 };
 
-/// Fills libraries, layers and tree with few identifiers, so that scenes clash with each other and
-/// nodes within a scene; nodes may be attached twice.
-void fillRandomly(const boost::shared_ptr<scene::SceneManager>& scene, RandomChoices& random);
+/// Fills libraries, layers and tree with few identifiers, @p nodeIDs for the nodes, so that scenes
+/// clash with each other and nodes within a scene; nodes may be attached twice.
+void fillRandomly(const boost::shared_ptr<scene::SceneManager>& scene, unsigned int nodeIDs,
+                  RandomChoices& random);
 
 /// All that a merge may change, as text. Materials and parameters that are those of @p other, and
 /// geometries that are, are marked.

@@ -29,18 +29,24 @@ constexpr int everyOption = 0x40;  // One past the largest sum of options.
 struct TwoScenes {
     explicit TwoScenes(unsigned int seed) {
         RandomChoices random(seed);
-        fillRandomly(target.manager, random);
-        fillRandomly(source.manager, random);
+        nodeIDs = 3 + random.below(10);
+        fillRandomly(target.manager, nodeIDs, random);
+        fillRandomly(source.manager, nodeIDs, random);
         if (random.chance(20)) random.of(target->getNodeArray())->addNode(guest(random));
-        parentID = random.chance(30) ? "missing" : random.id("n", 12);
+        if (random.chance(20)) target->getRoot()->addNode(guest(random));
+        if (random.chance(50)) source->getRoot()->setID(target->getRoot()->getID());
+        above = target.makeNode("above");
+        above->addNode(target->getRoot());
+        target->setRoot(above);
+        parentID = random.chance(30) ? "missing" : random.id("n", nodeIDs);
         target.forgetEvents();
         source.forgetEvents();
     }
 
     /// A node of the one scene in the tree of the other.
     boost::shared_ptr<Node> guest(RandomChoices& random) const {
-        const auto node = source.makeNode(random.id("n", 12));
-        node->addNode(source.makeNode(random.id("n", 12)));
+        const auto node = source.makeNode(random.id("n", nodeIDs));
+        node->addNode(source.makeNode(random.id("n", nodeIDs)));
         return node;
     }
 
@@ -54,6 +60,8 @@ struct TwoScenes {
 
     RecordedScene target;
     RecordedScene source;
+    unsigned int nodeIDs;
+    boost::shared_ptr<Node> above;  ///< The target's root: the source's joins one of its children.
     std::string parentID;
 };
 
@@ -84,9 +92,9 @@ private:
         const auto node = random_.of(nodes);
         switch (random_.below(4)) {
             case 0:
-                return node->addNode(scene.makeNode(random_.id("n", 12)));
+                return node->addNode(scene.makeNode(random_.id("n", scenes_.nodeIDs)));
             case 1:
-                return node->setID(random_.id("n", 12));
+                return node->setID(random_.id("n", scenes_.nodeIDs));
             case 2:
                 return scene->removeNode(node);
             default:
@@ -176,7 +184,7 @@ TEST_P(MergeAgainstReference, OfASceneWithItself) {
 }
 
 TEST_P(MergeAgainstReference, WhileAHandlerEditsBothScenes) {
-    for (unsigned int seed = 30; seed < 42; ++seed) compare(seed, seed % 4 == 0, true);
+    for (unsigned int seed = 30; seed < 46; ++seed) compare(seed, seed % 6 == 0, true);
 }
 
 INSTANTIATE_TEST_SUITE_P(Options, MergeAgainstReference, testing::Range(0, everyOption));

@@ -203,6 +203,86 @@ TEST_F(SceneMerging, ScenesThatAreReleasedMeanwhileAreMergedToTheEnd) {
     EXPECT_EQ(stopped.eventNames().back(), "NodeNewChild");
 }
 
+/// The receiving root has the children "a", "b", "b" and, elsewhere, "c"; "b", "x", "c" and "b"
+/// come in under a root of the same ID. A handler changes the row when "x" is there.
+struct MergingIntoChildren : SceneMerging {
+    MergingIntoChildren() {
+        for (const auto& child : children) parent->addNode(child);
+        scene->setRoot(scene.makeNode("above"));
+        scene->getRoot()->addNode(parent);
+        scene->getRoot()->addNode(scene.makeNode("c"));
+        for (const char* id : {"b", "x", "c", "b"}) {
+            const auto child = other.makeNode(id);
+            child->addNode(other.makeNode(std::string("below ") + id));
+            other->getRoot()->addNode(child);
+        }
+    }
+
+    void mergeAnd(const boost::function<void()>& change) {
+        const Interruption interruption(scene, "NodeNewChild", change);
+        scene->mergeSceneManager(other.manager, 0x20, "");
+    }
+
+    boost::shared_ptr<Node> parent = scene->getRoot();
+    std::vector<boost::shared_ptr<Node>> children = {scene.makeNode("a"), scene.makeNode("b"),
+                                                     scene.makeNode("b")};
+};
+
+TEST_F(MergingIntoChildren, TheFirstOfThatIDIsMeantWhateverWasRenamedOrAdded) {
+    mergeAnd([&] {
+        children[0]->setID("b");
+        children[2]->setID("c");
+    });
+    EXPECT_EQ(children[0]->getChildCount(), 1u);
+    EXPECT_EQ(children[1]->getChildCount(), 1u);
+    ASSERT_EQ(children[2]->getChildCount(), 1u);
+    EXPECT_EQ(children[2]->getChildNode(0)->getID(), "below c");
+}
+
+TEST_F(MergingIntoChildren, TheNextOfThatIDIsMeantOnceTheFirstIsRemoved) {
+    mergeAnd([&] { parent->removeChild(children[1]); });
+    EXPECT_EQ(children[1]->getChildCount(), 1u);
+    EXPECT_EQ(children[2]->getChildCount(), 1u);
+}
+
+TEST_F(MergingIntoChildren, AGuestFromAnotherSceneIsKnownUnderItsPresentID) {
+    const auto guest = other.makeNode("guest");
+    parent->addNode(guest);
+    mergeAnd([&] { guest->setID("c"); });
+    ASSERT_EQ(guest->getChildCount(), 1u);
+    EXPECT_EQ(guest->getChildNode(0)->getID(), "below c");
+}
+
+TEST_F(SceneMerging, ARenamedMaterialIsLookedUpByItsIDWhenItIsBound) {
+    const auto mesh = boost::make_shared<Mesh>("mesh", "");
+    other->getGeometryManager()->addGeometry(mesh);
+    for (int i = 0; i < 3; ++i) {
+        const auto node = other.makeNode("n" + std::to_string(i));
+        node->addInstanceGeometry(
+            boost::make_shared<InstanceGeometry>(mesh, other->getMaterialList()[0]));
+        other->getRoot()->addNode(node);
+    }
+    const auto earlier = boost::make_shared<Material>("earlier", "fx");
+    scene->addMaterial(earlier);
+    scene->getRoot()->setID("target");
+    const std::string name = "defaultMaterial__renamed_OID0__";
+    boost::shared_ptr<Material> copied;
+    const Interruption look(scene, "NodeNewChild",
+                            [&] { copied = scene->getMaterialWithID(name); });
+    std::vector<boost::shared_ptr<Material>> bound;
+    int attached = 0;
+    core::event::EventBase watcher(scene.events);
+    watcher.registerHandler(core::event::EventType("NodeNewChild"), [&](const auto&) {
+        if (++attached == 3) *earlier = Material(name, "fx");  // After two of three instances.
+    });
+    scene->mergeSceneManager(other.manager, 0, "");
+    const auto top = scene->getRoot()->getChildNode(0);
+    for (unsigned int i = 0; i < 3; ++i) {
+        bound.push_back(top->getChildNode(i)->getInstanceGeometry(0)->getMaterialList()[0]);
+    }
+    EXPECT_EQ(bound, (std::vector<boost::shared_ptr<Material>>{copied, copied, earlier}));
+}
+
 TEST_F(SceneMerging, AParentThatIsRemovedMeanwhileStillTakesItsChildren) {
     scene->getRoot()->addNode(scene.makeNode("target"));
     auto target = scene->getNodeByID("target");
