@@ -278,6 +278,35 @@ public:
     void replaceSharedStreams(boost::shared_ptr<SceneManager> other);
     /// @}
 
+    /// @name Skinned characters
+    /// Joints are nodes of type "JOINT", listed depth first.
+    /// @{
+    /// Blends this scene with one of the same structure: @p ratio 1 keeps what is here, 0 takes
+    /// what is there. Joints that both scenes hold as many of are placed, by replaceJoints, at the
+    /// blend of their world positions and those of their namesakes by ID; then the positions of
+    /// meshes at the same place in the geometry libraries are blended where their counts agree,
+    /// as far as both streams have values.
+    /// Sends "DisplayMessageAt", and changes nothing, for a ratio outside [0, 1], also NaN, and for
+    /// libraries of different length or with different types of geometry. Joints are handed to
+    /// replaceJoints in a scene of their own, which shares the event manager and sends
+    /// "SceneUpdate" ("MaterialList") when it is made.
+    void morph(boost::shared_ptr<SceneManager> other, float ratio);
+
+    /// Puts every joint where the positions of the one mesh of @p jointsScene, three floats each,
+    /// say, in world space, and lets the one skin of this scene be bound to that pose.
+    /// A joint keeps its rotation and scale; its translation becomes the one, relative to its
+    /// parent, that leads to the position. Below a parent of singular matrix that is the nearest
+    /// position that can be reached; where there is none, not even by that rule, the translation
+    /// stays.
+    /// The inverse bind matrix of each joint that the "JOINT" stream names by its ID becomes the
+    /// inverse of the joint's new world matrix, or the pseudo-inverse of a singular one; entries
+    /// past the end of the stream, and those of joints whose matrix is not finite, stay. The bind
+    /// shape matrix becomes the identity.
+    /// Logs, and changes nothing, unless there is one mesh with one position mapping, whose count
+    /// is that of the joints, and one controller with a skin.
+    void replaceJoints(boost::shared_ptr<SceneManager> jointsScene);
+    /// @}
+
     /// @name Physics description
     /// @{
     boost::shared_ptr<PhysicsMaterial> getPhysicsMaterialById(std::string id) const;
@@ -309,6 +338,12 @@ protected:
     /// that the scene may go while the thread is in a cycle.
     static void threadMain(boost::shared_ptr<SceneSync> sync);
 
+    /// Appends the joints at and below @p node, which may be empty, to @p joints, parents first,
+    /// and for each to @p parents where its parent stands in @p joints, -1 unless that is a joint.
+    void transverseSceneForJoints(boost::shared_ptr<Node> node,
+                                  std::vector<boost::shared_ptr<Node>>& joints,
+                                  std::vector<int>& parents) const;
+
     /// Subscribes to "L_NewEffect", "L_NewMaterial", "L_MaterialParameterUpdated" and
     /// "L_MaterialTechniqueChanged". Events with empty values that they need are ignored.
     void registerEventHandlers();
@@ -328,6 +363,7 @@ private:
     void registerLocalHandler(const char* type, LocalHandler handler);
     void send(const core::event::EventType& type, const std::string& payload);
     void makeDefaults();
+    std::vector<float> blendJointPositions(const SceneManager& other, float ratio) const;
     void addMerged(const std::vector<boost::shared_ptr<Material>>& materials);
     std::string renamedID(const std::string& id);
     std::string textureImageID(const std::string& fileName);

@@ -150,7 +150,7 @@ void fillRandomly(const boost::shared_ptr<SceneManager>& scene, unsigned int nod
     scene->setRoot(makeRandomNode(scene, nodeIDs, random));
     std::vector<boost::shared_ptr<Node>> nodes{scene->getRoot()};
     const bool isFlat = random.chance(50);
-    for (unsigned int i = random.below(14); i > 0; --i) {
+    for (unsigned int i = random.below(isFlat ? 24 : 14); i > 0; --i) {
         const auto& parent = isFlat && random.chance(80) ? nodes.front() : random.of(nodes);
         const auto node = makeRandomNode(scene, nodeIDs, random);
         parent->addNode(node);

@@ -208,6 +208,7 @@ TEST_F(SceneMerging, ScenesThatAreReleasedMeanwhileAreMergedToTheEnd) {
 struct MergingIntoChildren : SceneMerging {
     MergingIntoChildren() {
         for (const auto& child : children) parent->addNode(child);
+        for (int i = 0; i < 20; ++i) parent->addNode(scene.makeNode("one of many"));
         scene->setRoot(scene.makeNode("above"));
         scene->getRoot()->addNode(parent);
         scene->getRoot()->addNode(scene.makeNode("c"));
