@@ -68,7 +68,7 @@ void placeJoint(Node& joint, const Eigen::Vector3f& position) {
         const Eigen::Matrix4f above =
             parent ? parent->getCombinedTransformations() : Eigen::Matrix4f::Identity();
         const auto found = translationTo(position, above, joint.getRotation());
-        if (found.allFinite()) translation = Eigen::Translation3f(found);
+        if (above.allFinite() && found.allFinite()) translation = Eigen::Translation3f(found);
     }
     joint.setTransformations(translation, joint.getRotation());
 }

@@ -295,9 +295,8 @@ public:
     /// Puts every joint where the positions of the one mesh of @p jointsScene, three floats each,
     /// say, in world space, and lets the one skin of this scene be bound to that pose.
     /// A joint keeps its rotation and scale; its translation becomes the one, relative to its
-    /// parent, that leads to the position. Below a parent of singular matrix that is the nearest
-    /// position that can be reached; where there is none, not even by that rule, the translation
-    /// stays.
+    /// parent, that leads to the position. Below a parent of singular matrix it leads to the
+    /// nearest position that can be reached; below one that is not finite it stays.
     /// The inverse bind matrix of each joint that the "JOINT" stream names by its ID becomes the
     /// inverse of the joint's new world matrix, or the pseudo-inverse of a singular one; entries
     /// past the end of the stream, and those of joints whose matrix is not finite, stay. The bind
