@@ -50,6 +50,8 @@ const json& AnswerFields::list(const char* key) const {
     return value;
 }
 
+bool AnswerFields::has(const char* key) const { return !field(key).is_null(); }
+
 bool AnswerFields::flag(const char* key) const {
     const json& value = field(key);
     if (!value.is_boolean()) refuse(key);

@@ -40,6 +40,7 @@ public:
     /// Refers to both; neither is copied.
     AnswerFields(const nlohmann::json& object, AnswerArrays& arrays);
 
+    bool has(const char* key) const;  ///< Whether the field is more than null.
     bool flag(const char* key) const;
     std::string text(const char* key) const;
     double number(const char* key) const;                            ///< Finite.

@@ -47,6 +47,20 @@ std::vector<ModelNode> readNodes(const AnswerFields& fields, const ImportLimits&
     return nodes;
 }
 
+void read(const AnswerFields& fields, ModelSkin& skin) {
+    const auto nodes = fields.indices("nodes");
+    const auto matrices = fields.floats("matrices");
+    AnswerFields::requireSize("matrices", matrices.size(), nodes.size() * 16);
+    skin.bones.resize(nodes.size());
+    for (std::size_t i = 0; i < nodes.size(); ++i) {
+        skin.bones[i].node = nodes[i];
+        std::memcpy(skin.bones[i].inverseBind.data(), &matrices[i * 16], 16 * sizeof(float));
+    }
+    skin.counts = fields.indices("counts");
+    skin.influences = fields.indices("influences");
+    skin.weights = fields.floats("weights");
+}
+
 void read(const AnswerFields& fields, ModelMesh& mesh) {
     mesh.name = fields.text("name");
     mesh.material = index(fields, "material");
@@ -54,6 +68,9 @@ void read(const AnswerFields& fields, ModelMesh& mesh) {
     mesh.normals = fields.floats("normals");
     mesh.colors = fields.floats("colors");
     mesh.triangles = fields.indices("triangles");
+    mesh.polygonSizes = fields.indices("polygonSizes");
+    mesh.polygons = fields.indices("polygons");
+    if (fields.has("skin")) read(fields.object("skin"), mesh.skin);
     for (const auto& set : fields.objects("texCoords")) {
         mesh.texCoords.push_back({index(set, "components"), set.floats("values")});
     }

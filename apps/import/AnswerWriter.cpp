@@ -50,6 +50,20 @@ json nodesToJson(const std::vector<ModelNode>& nodes, ArrayBlock& block) {
             {"meshes", block.append(meshes)}};
 }
 
+json toJson(const ModelSkin& skin, ArrayBlock& block) {
+    std::vector<std::uint32_t> nodes;
+    std::vector<float> matrices;
+    for (const auto& bone : skin.bones) {
+        nodes.push_back(bone.node);
+        matrices.insert(matrices.end(), bone.inverseBind.begin(), bone.inverseBind.end());
+    }
+    return {{"nodes", block.append(nodes)},
+            {"matrices", block.append(matrices)},
+            {"counts", block.append(skin.counts)},
+            {"influences", block.append(skin.influences)},
+            {"weights", block.append(skin.weights)}};
+}
+
 json toJson(const ModelMesh& mesh, ArrayBlock& block) {
     json sets = json::array();
     for (const auto& set : mesh.texCoords) {
@@ -61,7 +75,10 @@ json toJson(const ModelMesh& mesh, ArrayBlock& block) {
             {"normals", block.append(mesh.normals)},
             {"colors", block.append(mesh.colors)},
             {"texCoords", std::move(sets)},
-            {"triangles", block.append(mesh.triangles)}};
+            {"triangles", block.append(mesh.triangles)},
+            {"polygonSizes", block.append(mesh.polygonSizes)},
+            {"polygons", block.append(mesh.polygons)},
+            {"skin", mesh.skin.bones.empty() ? json() : toJson(mesh.skin, block)}};
 }
 
 json toJson(const ModelMaterial& material, ArrayBlock&) {

@@ -1,9 +1,11 @@
 #include "apps/import/DocumentCheck.h"
 
 #include <algorithm>
+#include <numeric>
 
 #include "apps/import/ImportError.h"
 #include "apps/import/ImportLimits.h"
+#include "apps/import/MeshTotals.h"
 #include "apps/import/ModelDocument.h"
 
 namespace vantorix::apps::import {
@@ -34,6 +36,41 @@ void checkNodes(const ModelDocument& document, const ImportLimits& limits) {
     }
 }
 
+/// Every number is below @p end.
+bool allBelow(std::uint64_t end, const std::vector<std::uint32_t>& numbers) {
+    return std::all_of(numbers.begin(), numbers.end(),
+                       [end](std::uint32_t number) { return number < end; });
+}
+
+std::uint64_t sumOf(const std::vector<std::uint32_t>& numbers) {
+    return std::accumulate(numbers.begin(), numbers.end(), std::uint64_t{0});
+}
+
+void checkFaces(const ModelMesh& mesh) {
+    require(mesh.triangles.size() % 3 == 0, "partial triangle");
+    require(allBelow(mesh.countVertices(), mesh.triangles), "triangle with a missing vertex");
+    require(std::all_of(mesh.polygonSizes.begin(), mesh.polygonSizes.end(),
+                        [](std::uint32_t size) { return size > 3; }),
+            "polygon without corners");
+    require(sumOf(mesh.polygonSizes) == mesh.polygons.size(), "partial polygon");
+    require(allBelow(mesh.countVertices(), mesh.polygons), "polygon with a missing vertex");
+}
+
+void checkSkin(const ModelMesh& mesh, const ModelDocument& document) {
+    const auto& skin = mesh.skin;
+    for (const auto& bone : skin.bones) {
+        require(addresses(bone.node, document.nodes), "bone without a node");
+    }
+    require(skin.counts.size() == (skin.bones.empty() ? 0 : mesh.countVertices()),
+            "influences do not fit");
+    require(sumOf(skin.counts) == skin.influences.size(), "partial influences");
+    require(skin.weights.size() == skin.influences.size(), "weights do not fit");
+    require(allBelow(skin.bones.size(), skin.influences), "influence without a bone");
+    require(std::all_of(skin.weights.begin(), skin.weights.end(),
+                        [](float weight) { return weight > 0.0f; }),
+            "weight");
+}
+
 void checkMesh(const ModelMesh& mesh, const ModelDocument& document) {
     require(addresses(mesh.material, document.materials), "mesh with a missing material");
     require(mesh.positions.size() % 3 == 0, "partial position");
@@ -48,21 +85,16 @@ void checkMesh(const ModelMesh& mesh, const ModelDocument& document) {
         require(set.components == 2 || set.components == 3, "texture coordinate components");
         require(fits(set.values, set.components), "texture coordinates do not fit");
     }
-    require(mesh.triangles.size() % 3 == 0, "partial triangle");
-    require(std::all_of(mesh.triangles.begin(), mesh.triangles.end(),
-                        [vertices](std::uint32_t vertex) { return vertex < vertices; }),
-            "triangle with a missing vertex");
+    checkFaces(mesh);
+    checkSkin(mesh, document);
 }
 
 void checkMeshes(const ModelDocument& document, const ImportLimits& limits) {
-    std::uint64_t vertices = 0;
-    std::uint64_t faces = 0;
+    MeshTotals totals;
     for (const auto& mesh : document.meshes) {
         checkMesh(mesh, document);
-        vertices += mesh.positions.size() / 3;
-        faces += mesh.triangles.size() / 3;
-        requireWithin("vertices", vertices, limits.vertices);
-        requireWithin("faces", faces, limits.faces);
+        totals.add(mesh);
+        totals.requireWithin(limits);
     }
 }
 

@@ -17,6 +17,8 @@ struct ImportLimits {
     std::uint64_t depth = 10000;  ///< Nodes on the longest way down, the model's root included.
     std::uint64_t vertices = 30000000;
     std::uint64_t faces = 30000000;
+    std::uint64_t corners = 90000000;     ///< Of all faces: three for each triangle.
+    std::uint64_t influences = 60000000;  ///< Of bones on vertices.
     std::uint64_t items = 100000;  ///< Of each other kind: meshes, materials, images, lights, ...
 };
 

@@ -7,10 +7,13 @@
 
 #include <boost/make_shared.hpp>
 
-#include "apps/import/ImportLimits.h"
+#include "apps/import/ImportOptions.h"
+#include "apps/import/MeshTotals.h"
 #include "scene/animation/Camera.h"
 #include "scene/animation/CameraInstance.h"
 #include "scene/animation/Light.h"
+#include "scene/controller/Controller.h"
+#include "scene/controller/InstanceController.h"
 #include "scene/geometry/IMeshPrimitive.h"
 #include "scene/geometry/Mesh.h"
 #include "scene/graph/Node.h"
@@ -53,14 +56,17 @@ ModelBuilder::ModelBuilder(const ModelDocument& document, const std::string& mod
       scene_(scene),
       result_(result),
       materials_(document, modelFile, scene, result),
-      geometryIds_("mesh", result.report),
-      geometries_(document, materials_.getIds(), scene->getGeometryManager(), geometryIds_),
       nodeIds_("node", result.report),
+      controllers_(document.nodes, nodeIdsByNumber_, scene, result.report),
+      geometryIds_("mesh", result.report),
+      geometries_(document, materials_.getIds(), scene->getGeometryManager(), geometryIds_,
+                  controllers_),
       cameraIds_("camera", result.report),
       lightIds_("light", result.report) {}
 
-void ModelBuilder::build(const ImportLimits& limits) {
-    checkCombinations(limits);
+void ModelBuilder::build(const ImportOptions& options) {
+    checkCombinations(options.limits);
+    geometries_.separatePrimitives(options.separatePrimitives);
     reserveIds();
     describeScene();
     materials_.build();
@@ -72,16 +78,11 @@ void ModelBuilder::build(const ImportLimits& limits) {
 /// The document bounds what it holds, but each list of meshes that differs becomes a copy.
 void ModelBuilder::checkCombinations(const ImportLimits& limits) const {
     std::set<std::vector<std::uint32_t>> combinations;
-    std::uint64_t vertices = 0;
-    std::uint64_t faces = 0;
+    MeshTotals totals;
     for (const auto& node : document_.nodes) {
         if (!combinations.insert(node.meshes).second) continue;
-        for (const auto mesh : node.meshes) {
-            vertices += document_.meshes[mesh].positions.size() / 3;
-            faces += document_.meshes[mesh].triangles.size() / 3;
-        }
-        requireWithin("vertices", vertices, limits.vertices);
-        requireWithin("faces", faces, limits.faces);
+        for (const auto mesh : node.meshes) totals.add(document_.meshes[mesh]);
+        totals.requireWithin(limits);
     }
 }
 
@@ -105,36 +106,68 @@ void ModelBuilder::describeScene() {
 }
 
 void ModelBuilder::buildNodes() {
+    nameNodes();
     nodes_.reserve(document_.nodes.size());
-    for (const auto& source : document_.nodes) {
-        const auto parent = nodes_.empty() ? scene_->getRoot() : nodes_[source.parent];
-        nodes_.push_back(buildNode(source));
+    for (std::size_t number = 0; number < document_.nodes.size(); ++number) {
+        const auto parent =
+            number == 0 ? scene_->getRoot() : nodes_[document_.nodes[number].parent];
+        nodes_.push_back(buildNode(number));
         parent->addNode(nodes_.back());
     }
     result_.root = nodes_.front();
 }
 
-boost::shared_ptr<Node> ModelBuilder::buildNode(const ModelNode& source) {
-    const auto node = makeNode(source.name, source.matrix);
-    addInstance(source, *node);
+/// Skins name nodes that are built later.
+void ModelBuilder::nameNodes() {
+    for (const auto& node : document_.nodes) nodeIdsByNumber_.push_back(nodeIds_.take(node.name));
+    joints_.assign(document_.nodes.size(), false);
+    for (const auto& mesh : document_.meshes) {
+        for (const auto& bone : mesh.skin.bones) joints_[bone.node] = true;
+    }
+}
+
+boost::shared_ptr<Node> ModelBuilder::buildNode(std::size_t number) {
+    const auto& source = document_.nodes[number];
+    const auto node = makeNode(nodeIdsByNumber_[number], source.name, source.matrix);
+    if (joints_[number]) node->setType("JOINT");
+    addInstances(source, *node);
     return node;
 }
 
-void ModelBuilder::addInstance(const ModelNode& source, Node& node) {
-    const auto mesh = geometries_.meshFor(source.meshes);
-    if (!mesh) return;
-    std::map<std::string, boost::shared_ptr<Material>> bindings;
-    for (const auto number : source.meshes) {
-        const auto material = document_.meshes[number].material;
-        bindings[materials_.getIds()[material]] = materials_.getMaterials()[material];
+void ModelBuilder::addInstances(const ModelNode& source, Node& node) {
+    for (const auto& built : geometries_.geometriesFor(source.meshes)) {
+        const auto geometry =
+            boost::make_shared<InstanceGeometry>(built.mesh, bindingsOf(source, *built.mesh));
+        if (!built.skin.controller) {
+            node.addInstanceGeometry(geometry);
+            continue;
+        }
+        const auto instance =
+            boost::make_shared<InstanceController>(geometry, built.skin.controller);
+        instance->setSkeletons(built.skin.skeletons);
+        node.addInstanceController(instance);
     }
-    node.addInstanceGeometry(boost::make_shared<InstanceGeometry>(mesh, bindings));
 }
 
-boost::shared_ptr<Node> ModelBuilder::makeNode(const std::string& name,
+/// The materials that the primitives of @p mesh name.
+std::map<std::string, boost::shared_ptr<Material>> ModelBuilder::bindingsOf(
+    const ModelNode& source, const Mesh& mesh) const {
+    std::map<std::string, boost::shared_ptr<Material>> bindings;
+    for (const auto& primitive : mesh.getMeshPrimitives()) {
+        bindings[primitive->getMaterialSymbol()];
+    }
+    for (const auto number : source.meshes) {
+        const auto material = document_.meshes[number].material;
+        const auto binding = bindings.find(materials_.getIds()[material]);
+        if (binding != bindings.end()) binding->second = materials_.getMaterials()[material];
+    }
+    return bindings;
+}
+
+boost::shared_ptr<Node> ModelBuilder::makeNode(const std::string& id, const std::string& name,
                                                const std::array<float, 16>& matrix) {
     const auto node = boost::make_shared<Node>(scene_);
-    node->setID(nodeIds_.take(name));
+    node->setID(id);
     node->setName(name);
     const auto element = boost::make_shared<TransformationMatrix>(matrix.data());
     element->setSid("transform");
@@ -146,7 +179,7 @@ boost::shared_ptr<Node> ModelBuilder::placeFor(const std::string& name,
                                                const ModelPlacement& placement) {
     const auto& node = nodes_[placement.node];
     if (isIdentity(placement.matrix)) return node;
-    const auto place = makeNode(name, placement.matrix);
+    const auto place = makeNode(nodeIds_.take(name), name, placement.matrix);
     node->addNode(place);
     return place;
 }

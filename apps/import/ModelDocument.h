@@ -26,15 +26,37 @@ struct ModelTexCoords {
     std::vector<float> values;
 };
 
-/// Triangles of one material over one list of vertices. Each attribute is empty or complete.
+/// A node that moves vertices of a mesh.
+struct ModelBone {
+    std::uint32_t node = 0;
+    /// Column-major; from the mesh's frame to the node's, as both stand when the mesh is at rest.
+    std::array<float, 16> inverseBind{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
+};
+
+/// Which bones move which vertices of a mesh. All lists are empty without bones.
+struct ModelSkin {
+    std::vector<ModelBone> bones;
+    std::vector<std::uint32_t> counts;      ///< Influences of each vertex.
+    std::vector<std::uint32_t> influences;  ///< Bone numbers, vertex after vertex.
+    std::vector<float> weights;             ///< Of each influence, above 0.
+};
+
+/// Faces of one material over one list of vertices. Each attribute is empty or complete.
 struct ModelMesh {
     std::string name;
     std::uint32_t material = 0;
-    std::vector<float> positions;           ///< 3 per vertex.
-    std::vector<float> normals;             ///< 3 per vertex; generated later where empty.
-    std::vector<float> colors;              ///< 4 per vertex: red, green, blue, alpha.
-    std::vector<ModelTexCoords> texCoords;  ///< At most mostTexCoordSets.
-    std::vector<std::uint32_t> triangles;   ///< 3 vertex numbers per triangle.
+    std::vector<float> positions;             ///< 3 per vertex.
+    std::vector<float> normals;               ///< 3 per vertex; generated later where empty.
+    std::vector<float> colors;                ///< 4 per vertex: red, green, blue, alpha.
+    std::vector<ModelTexCoords> texCoords;    ///< At most mostTexCoordSets.
+    std::vector<std::uint32_t> triangles;     ///< 3 vertex numbers per triangle.
+    std::vector<std::uint32_t> polygonSizes;  ///< Corners of each face with more than three.
+    std::vector<std::uint32_t> polygons;      ///< Their vertex numbers, face after face.
+    ModelSkin skin;
+
+    std::uint64_t countVertices() const { return positions.size() / 3; }
+    std::uint64_t countFaces() const { return triangles.size() / 3 + polygonSizes.size(); }
+    std::uint64_t countCorners() const { return triangles.size() + polygons.size(); }
 };
 
 struct ModelParameter {

@@ -18,12 +18,12 @@ private:
     scene::SceneManager& scene_;
 };
 
-void build(const ModelDocument& document, const std::string& file, const ImportLimits& limits,
+void build(const ModelDocument& document, const std::string& file, const ImportOptions& options,
            const boost::shared_ptr<scene::SceneManager>& scene, ImportResult& result) {
     const SceneLock lock(*scene);
     for (const auto& note : document.notes) result.report.add(note);
     result.format = document.format;
-    ModelBuilder(document, file, scene, result).build(limits);
+    ModelBuilder(document, file, scene, result).build(options);
 }
 
 std::string reasonLine(const std::string& file, const std::string& reason) {
@@ -37,8 +37,8 @@ ImportResult ModelImporter::importFile(const std::string& file,
     ImportResult result;
     try {
         if (!scene) throw RefusedError("there is no scene to import it into");
-        const auto document = ModelReader(options_.limits, options_.worker).read(file);
-        build(document, file, options_.limits, scene, result);
+        const auto document = ModelReader(options_).read(file);
+        build(document, file, options_, scene, result);
         result.status = ImportResult::DONE;
     } catch (const LimitError& error) {
         result.status = ImportResult::LIMIT_MET;

@@ -56,16 +56,14 @@ void requireOrderlyEnd(const WorkerOutcome& outcome, const ImportLimits& limits)
 
 }  // namespace
 
-ModelReader::ModelReader(const ImportLimits& limits, const std::string& worker)
-    : limits_(limits), worker_(worker) {}
-
 ModelDocument ModelReader::read(const std::string& file) const {
     checkFile(file);
-    WorkerProcess worker(findWorker(worker_), limits_);
-    const WorkerOutcome outcome = worker.run(writeRequest({file, limits_}));
-    requireOrderlyEnd(outcome, limits_);
+    const auto& limits = options_.limits;
+    WorkerProcess worker(findWorker(options_.worker), limits);
+    const WorkerOutcome outcome = worker.run(writeRequest({file, limits, options_.triangulate}));
+    requireOrderlyEnd(outcome, limits);
 
-    WorkerAnswer answer = readAnswer(outcome.answer, limits_);
+    WorkerAnswer answer = readAnswer(outcome.answer, limits);
     if (answer.status == WorkerAnswer::LIMIT) throw LimitError(answer.limit, answer.reason);
     if (answer.status == WorkerAnswer::REFUSED) throw RefusedError(answer.reason);
     return std::move(answer.document);
@@ -80,7 +78,7 @@ void ModelReader::checkFile(const std::string& file) const {
     const FileDescriptor opened(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     if (opened.number() < 0) throw RefusedError(::strerror(errno));
     if (about.st_size == 0) throw RefusedError("is empty");
-    requireWithin("bytes", static_cast<std::uint64_t>(about.st_size), limits_.fileBytes);
+    requireWithin("bytes", static_cast<std::uint64_t>(about.st_size), options_.limits.fileBytes);
 }
 
 }  // namespace vantorix::apps::import

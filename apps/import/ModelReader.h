@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "apps/import/ImportLimits.h"
+#include "apps/import/ImportOptions.h"
 #include "apps/import/ModelDocument.h"
 
 namespace vantorix::apps::import {
@@ -11,8 +11,7 @@ namespace vantorix::apps::import {
 /// Threads: independent objects and calls do not share anything.
 class ModelReader {
 public:
-    /// @p worker is the path of the worker program, or empty to look for it (findWorker).
-    explicit ModelReader(const ImportLimits& limits, const std::string& worker = "");
+    explicit ModelReader(const ImportOptions& options) : options_(options) {}
 
     /// @throws RefusedError when @p file cannot be read or is no sound model.
     /// @throws LimitError when it costs more than the limits allow.
@@ -21,8 +20,7 @@ public:
 private:
     void checkFile(const std::string& file) const;
 
-    ImportLimits limits_;
-    std::string worker_;
+    ImportOptions options_;
 };
 
 }  // namespace vantorix::apps::import

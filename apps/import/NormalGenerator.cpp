@@ -26,14 +26,16 @@ Eigen::Vector3f unitOr(const Eigen::Vector3f& vector, const Eigen::Vector3f& oth
 }  // namespace
 
 NormalGenerator::NormalGenerator(const std::vector<float>& positions,
-                                 const std::vector<unsigned int>& corners)
+                                 const std::vector<unsigned int>& corners,
+                                 const std::vector<unsigned int>& sizes)
     : positions_(positions), corners_(corners) {
-    const std::size_t faces = corners.size() / 3;
-    crosses_.reserve(faces);
-    directions_.reserve(faces);
-    for (std::size_t face = 0; face < faces; ++face) {
-        crosses_.push_back(faceCross(face));
+    faces_.reserve(corners.size());
+    crosses_.reserve(sizes.size());
+    directions_.reserve(sizes.size());
+    for (const auto size : sizes) {
+        crosses_.push_back(faceCross(faces_.size(), size));
         directions_.push_back(unitOr(crosses_.back(), Eigen::Vector3f::Zero()));
+        faces_.insert(faces_.end(), size, static_cast<unsigned int>(crosses_.size() - 1));
     }
     sortCornersByPosition();
 }
@@ -71,7 +73,7 @@ void NormalGenerator::storeSharpest(std::size_t first, std::size_t last, scene::
 void NormalGenerator::storeSmooth(std::size_t first, std::size_t last, scene::Stream& stream,
                                   std::vector<unsigned int>& tuples) const {
     Eigen::Vector3f sum = Eigen::Vector3f::Zero();
-    for (std::size_t i = first; i < last; ++i) sum += crosses_[sorted_[i] / 3];
+    for (std::size_t i = first; i < last; ++i) sum += crosses_[faces_[sorted_[i]]];
     const Eigen::Vector3f normal = unitOr(sum, anyDirection);
     const int tuple = stream.insertValue(3, normal.data());
     for (std::size_t i = first; i < last; ++i) {
@@ -91,21 +93,25 @@ void NormalGenerator::sortCornersByPosition() {
     }
 }
 
-Eigen::Vector3f NormalGenerator::faceCross(std::size_t face) const {
+/// The sum over the triangles around the first corner, whatever the polygon's shape: Newell's
+/// vector (Sutherland, Sproull and Schumacker, "A Characterization of Ten Hidden-Surface
+/// Algorithms", 1974).
+Eigen::Vector3f NormalGenerator::faceCross(std::size_t first, std::size_t size) const {
     using ConstPosition = Eigen::Map<const Eigen::Vector3f>;
-    const auto at = [this, face](std::size_t corner) {
-        return ConstPosition(&positions_[std::size_t{corners_[face * 3 + corner]} * 3]);
+    const auto at = [this, first](std::size_t corner) {
+        return ConstPosition(&positions_[std::size_t{corners_[first + corner]} * 3]);
     };
-    const Eigen::Vector3f cross = (at(1) - at(0)).cross(at(2) - at(0));
+    Eigen::Vector3f cross = Eigen::Vector3f::Zero();
+    for (std::size_t i = 2; i < size; ++i) cross += (at(i - 1) - at(0)).cross(at(i) - at(0));
     return cross.allFinite() ? cross : Eigen::Vector3f::Zero();
 }
 
 Eigen::Vector3f NormalGenerator::normalOf(unsigned int corner, std::size_t first,
                                           std::size_t last) const {
-    const Eigen::Vector3f& own = directions_[corner / 3];
+    const Eigen::Vector3f& own = directions_[faces_[corner]];
     Eigen::Vector3f sum = Eigen::Vector3f::Zero();
     for (std::size_t i = first; i < last; ++i) {
-        const std::size_t face = sorted_[i] / 3;
+        const std::size_t face = faces_[sorted_[i]];
         if (own.dot(directions_[face]) >= leastCosine) sum += crosses_[face];
     }
     return unitOr(sum, own.isZero() ? anyDirection : own);

@@ -14,6 +14,7 @@ std::chrono::milliseconds::rep milliseconds(std::chrono::milliseconds time) { re
 std::vector<std::uint8_t> writeRequest(const WorkerRequest& request) {
     const auto& limits = request.limits;
     return json::to_cbor({{"file", request.file},
+                          {"triangulate", request.triangulate},
                           {"fileBytes", limits.fileBytes},
                           {"memoryBytes", limits.memoryBytes},
                           {"answerBytes", limits.answerBytes},
@@ -23,6 +24,8 @@ std::vector<std::uint8_t> writeRequest(const WorkerRequest& request) {
                           {"depth", limits.depth},
                           {"vertices", limits.vertices},
                           {"faces", limits.faces},
+                          {"corners", limits.corners},
+                          {"influences", limits.influences},
                           {"items", limits.items}});
 }
 
@@ -31,6 +34,7 @@ WorkerRequest readRequest(const std::vector<std::uint8_t>& message) try {
     WorkerRequest request;
     auto& limits = request.limits;
     object.at("file").get_to(request.file);
+    object.at("triangulate").get_to(request.triangulate);
     object.at("fileBytes").get_to(limits.fileBytes);
     object.at("memoryBytes").get_to(limits.memoryBytes);
     object.at("answerBytes").get_to(limits.answerBytes);
@@ -41,6 +45,8 @@ WorkerRequest readRequest(const std::vector<std::uint8_t>& message) try {
     object.at("depth").get_to(limits.depth);
     object.at("vertices").get_to(limits.vertices);
     object.at("faces").get_to(limits.faces);
+    object.at("corners").get_to(limits.corners);
+    object.at("influences").get_to(limits.influences);
     object.at("items").get_to(limits.items);
     return request;
 } catch (const json::exception& error) {

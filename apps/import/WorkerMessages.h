@@ -24,6 +24,7 @@ constexpr int workerOutOfMemory = 40;
 struct WorkerRequest {
     std::string file;
     ImportLimits limits;
+    bool triangulate = false;
 };
 
 struct WorkerAnswer {

@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <cmath>
 
+#include <Eigen/Geometry>
+
+#include "apps/render/SkinPose.h"
 #include "scene/geometry/IMeshPrimitive.h"
 #include "scene/geometry/Mesh.h"
 #include "scene/geometry/Stream.h"
@@ -29,10 +32,11 @@ std::uint8_t byteOf(float value) {
 }  // namespace
 
 CornerReader::CornerReader(const scene::Mesh& mesh, scene::IMeshPrimitive& primitive,
-                           scene::StreamSemantic texCoords)
+                           scene::StreamSemantic texCoords, const SkinPose* pose)
     : indices_(primitive.getIndexStream()),
       recordLength_(static_cast<std::size_t>(std::max(primitive.getIndexStreamStride(), 0))),
-      texCoords_(texCoords) {
+      texCoords_(texCoords),
+      pose_(pose) {
     const auto& mappings = primitive.getStreamMapping();
     for (std::size_t i = 0; i < mappings.size(); ++i) {
         const std::size_t slot = slotOf(mappings[i], i, recordLength_);
@@ -79,7 +83,22 @@ bool CornerReader::read(std::size_t start, Corner& corner) const {
     readNormal(start, corner);
     readTexCoord(start, corner);
     readColour(start, corner);
-    return true;
+    return !pose_ || applyPose(start, corner);
+}
+
+/// Normals turn with the cofactors: right for stretched joints, too, and for mirrored ones.
+bool CornerReader::applyPose(std::size_t start, Corner& corner) const {
+    using Vector = Eigen::Map<Eigen::Vector3f>;
+    const auto matrix = pose_->matrixOf(indices_[start + position_.slot]);
+    Vector position(corner.position), normal(corner.normal);
+    position = (matrix * position.homogeneous()).eval();
+    const auto axis = [&matrix](Eigen::Index i) -> Eigen::Vector3f { return matrix.col(i); };
+    const Eigen::Vector3f turned = axis(1).cross(axis(2)) * normal.x() +
+                                   axis(2).cross(axis(0)) * normal.y() +
+                                   axis(0).cross(axis(1)) * normal.z();
+    const Eigen::Vector3f unit = turned.stableNormalized();
+    normal = unit.allFinite() ? unit : Eigen::Vector3f::Zero();
+    return position.allFinite();
 }
 
 void CornerReader::readNormal(std::size_t start, Corner& corner) const {

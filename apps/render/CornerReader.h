@@ -14,15 +14,18 @@ class StreamMapping;
 
 namespace vantorix::apps::render {
 
+class SkinPose;
+
 /// Reads the corners of one primitive out of its index records. The mesh must not change or go
 /// while the reader is used.
 class CornerReader {
 public:
+    /// @param pose moves positions and normals, if there is one; it must outlive the reader.
     CornerReader(const scene::Mesh& mesh, scene::IMeshPrimitive& primitive,
-                 scene::StreamSemantic texCoords);
+                 scene::StreamSemantic texCoords, const SkinPose* pose = nullptr);
 
-    /// False when the record at @p start, counted in indices, has no finite position. What else
-    /// is missing gets neutral values: no normal, texture coordinates 0, white.
+    /// False when the record at @p start, counted in indices, has or gets no finite position. What
+    /// else is missing gets neutral values: no normal, texture coordinates 0, white.
     bool read(std::size_t start, Corner& corner) const;
 
     bool hasTexCoords() const { return texCoord_.values != nullptr; }
@@ -41,12 +44,14 @@ private:
     Source* sourceFor(scene::StreamSemantic semantic);
     const float* find(const Source& source, std::size_t start) const;
     void readNormal(std::size_t start, Corner& corner) const;
+    bool applyPose(std::size_t start, Corner& corner) const;
     void readTexCoord(std::size_t start, Corner& corner) const;
     void readColour(std::size_t start, Corner& corner) const;
 
     const std::vector<unsigned int>& indices_;
     std::size_t recordLength_ = 0;
     scene::StreamSemantic texCoords_;
+    const SkinPose* pose_;
     Source position_, normal_, texCoord_, colour_;
 };
 

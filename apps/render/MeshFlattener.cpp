@@ -8,6 +8,7 @@
 #include <Eigen/Geometry>
 
 #include "apps/render/CornerReader.h"
+#include "apps/render/PolygonTriangulator.h"
 #include "scene/geometry/IMeshPrimitive.h"
 #include "scene/geometry/Mesh.h"
 #include "scene/geometry/PolygonMeshPrimitive.h"
@@ -42,11 +43,22 @@ public:
 
     void addTriangle(std::size_t a, std::size_t b, std::size_t c) {
         Corner face[3];
-        if (!reader_.read(a, face[0]) || !reader_.read(b, face[1]) || !reader_.read(c, face[2])) {
+        if (reader_.read(a, face[0]) && reader_.read(b, face[1]) && reader_.read(c, face[2])) {
+            addFace(face);
+        }
+    }
+
+    /// @p count records that follow each other.
+    void addPolygon(std::size_t start, std::size_t count, std::size_t stride) {
+        if (count < 3) return;
+        if (!readPolygon(start, count, stride)) {
+            addFan(start, count, stride);
             return;
         }
-        if (!hasNormal(face[0]) || !hasNormal(face[1]) || !hasNormal(face[2])) giveFaceNormal(face);
-        corners_.insert(corners_.end(), std::begin(face), std::end(face));
+        for (const auto& triangle : triangulator_.triangulate(positions_)) {
+            Corner face[3] = {polygon_[triangle[0]], polygon_[triangle[1]], polygon_[triangle[2]]};
+            addFace(face);
+        }
     }
 
     Corners take() {
@@ -55,6 +67,28 @@ public:
     }
 
 private:
+    void addFace(Corner (&face)[3]) {
+        if (!hasNormal(face[0]) || !hasNormal(face[1]) || !hasNormal(face[2])) giveFaceNormal(face);
+        corners_.insert(corners_.end(), std::begin(face), std::end(face));
+    }
+
+    /// False when a corner cannot be read.
+    bool readPolygon(std::size_t start, std::size_t count, std::size_t stride) {
+        polygon_.resize(count);
+        positions_.clear();
+        for (std::size_t i = 0; i < count; ++i) {
+            if (!reader_.read(start + i * stride, polygon_[i])) return false;
+            positions_.push_back(positionOf(polygon_[i]));
+        }
+        return true;
+    }
+
+    void addFan(std::size_t start, std::size_t count, std::size_t stride) {
+        for (std::size_t k = 2; k < count; ++k) {
+            addTriangle(start, start + (k - 1) * stride, start + k * stride);
+        }
+    }
+
     /// Files that have room for colours but set none leave zeros: nobody paints to be invisible.
     void ignoreUnsetColours() {
         const auto isClear = [](const Corner& corner) { return corner.colour[3] == 0; };
@@ -64,6 +98,9 @@ private:
 
     const CornerReader& reader_;
     Corners corners_;
+    PolygonTriangulator triangulator_;
+    Corners polygon_;
+    std::vector<Vector3f> positions_;
 };
 
 void addTriangles(std::size_t indexCount, std::size_t stride, Flattening& flattening) {
@@ -82,19 +119,17 @@ void addPolygons(const std::vector<unsigned int>& polygons, std::size_t indexCou
         if (start >= indexCount) continue;
         const std::size_t corners =
             std::min<std::size_t>(polygons[i], (indexCount - start) / stride);
-        for (std::size_t k = 2; k < corners; ++k) {
-            flattening.addTriangle(start, start + (k - 1) * stride, start + k * stride);
-        }
+        flattening.addPolygon(start, corners, stride);
     }
 }
 
 }  // namespace
 
 FlatPrimitive flatten(const scene::Mesh& mesh, scene::IMeshPrimitive& primitive,
-                      scene::StreamSemantic texCoords) {
+                      scene::StreamSemantic texCoords, const SkinPose* pose) {
     const int stride = primitive.getIndexStreamStride();
     if (stride <= 0) return {};
-    const CornerReader reader(mesh, primitive, texCoords);
+    const CornerReader reader(mesh, primitive, texCoords, pose);
     Flattening flattening(reader);
     const auto step = static_cast<std::size_t>(stride);
     const std::size_t indexCount = primitive.getIndexStream().size();

@@ -51,12 +51,31 @@ void ScenePainter::paint(const std::vector<DrawItem>& items, const Lighting& lig
                          const Viewpoint& viewpoint, VertexStore& vertices,
                          TextureStore& textures) {
     glEnable(GL_DEPTH_TEST);
+    // Surfaces lie a little deeper than they are, so that wires stand before them.
+    glEnable(GL_POLYGON_OFFSET_FILL);
+    glPolygonOffset(1.0f, 1.0f);
     glBlendFunc(GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
     glActiveTexture(GL_TEXTURE0);
     current_ = nullptr;
     for (const auto& call : plan(items, lighting, viewpoint, textures)) {
         draw(call, viewpoint, lighting, vertices);
     }
+}
+
+void ScenePainter::paintWires(const std::vector<DrawItem>& items, const Viewpoint& viewpoint,
+                              VertexStore& vertices) {
+    DrawItem wire;
+    wire.surface.colour = {0.08f, 0.1f, 0.16f, 0.5f};
+    wire.surface.unlit = true;
+    ShaderFeatures features;
+    features.lightCount = 1;  // There is no program without, though nothing is lit.
+    glPolygonMode(GL_FRONT_AND_BACK, GL_LINE);
+    for (const auto& item : items) {
+        wire.corners = item.corners;
+        wire.world = item.world;
+        draw({&wire, features, 0, true, 0.0}, viewpoint, {}, vertices);
+    }
+    glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
 }
 
 std::vector<ScenePainter::Call> ScenePainter::plan(const std::vector<DrawItem>& items,

@@ -29,6 +29,10 @@ public:
     void paint(const std::vector<DrawItem>& items, const Lighting& lighting,
                const Viewpoint& viewpoint, VertexStore& vertices, TextureStore& textures);
 
+    /// Draws the edges of all triangles over what paint() drew of the same items.
+    void paintWires(const std::vector<DrawItem>& items, const Viewpoint& viewpoint,
+                    VertexStore& vertices);
+
 private:
     struct Call;
 

@@ -10,10 +10,13 @@
 #include "apps/render/MeshFlattener.h"
 #include "apps/render/RenderError.h"
 #include "apps/render/SceneGuard.h"
+#include "apps/render/SkinPose.h"
 #include "apps/render/SurfaceReader.h"
 #include "scene/animation/Camera.h"
 #include "scene/animation/CameraInstance.h"
 #include "scene/animation/Light.h"
+#include "scene/controller/Controller.h"
+#include "scene/controller/InstanceController.h"
 #include "scene/geometry/IMeshPrimitive.h"
 #include "scene/geometry/Mesh.h"
 #include "scene/graph/Node.h"
@@ -40,24 +43,36 @@ public:
     explicit GeometryReader(DrawList& list) : list_(list) {}
 
     void add(const scene::InstanceGeometry& instance, const Eigen::Matrix4d& world) {
-        const auto mesh = boost::dynamic_pointer_cast<scene::Mesh>(instance.getGeometry());
-        if (!mesh || !world.allFinite()) return;
-        for (const auto& primitive : mesh->getMeshPrimitives()) {
-            if (!primitive) continue;
-            addPrimitive(*mesh, *primitive, instance.getMaterial(primitive->getMaterialSymbol()),
-                         world);
-        }
+        addMesh(instance, world, nullptr);
     }
+
+    /// A geometry that was put into the world by a skin.
+    void addPosed(const scene::InstanceGeometry& instance, const SkinPose& pose) {
+        addMesh(instance, Eigen::Matrix4d::Identity(), &pose);
+        hasPosed_ = true;
+    }
+
+    bool hasPosed() const { return hasPosed_; }
 
 private:
     /// One primitive with one set of texture coordinates.
     using FlatKey = std::pair<const scene::IMeshPrimitive*, scene::StreamSemantic>;
 
-    void addPrimitive(const scene::Mesh& mesh, scene::IMeshPrimitive& primitive,
-                      const boost::shared_ptr<scene::Material>& material,
-                      const Eigen::Matrix4d& world) {
-        DrawItem item{{}, world, surfaceOf(material)};
-        const auto flat = flatOf(mesh, primitive, texCoordSemantic(item.surface.texCoordSet));
+    void addMesh(const scene::InstanceGeometry& instance, const Eigen::Matrix4d& world,
+                 const SkinPose* pose) {
+        const auto mesh = boost::dynamic_pointer_cast<scene::Mesh>(instance.getGeometry());
+        if (!mesh || !world.allFinite()) return;
+        for (const auto& primitive : mesh->getMeshPrimitives()) {
+            if (!primitive) continue;
+            const auto material = instance.getMaterial(primitive->getMaterialSymbol());
+            DrawItem item{{}, world, surfaceOf(material)};
+            const auto texCoords = texCoordSemantic(item.surface.texCoordSet);
+            addItem(item, pose ? stored(flatten(*mesh, *primitive, texCoords, pose))
+                               : flatOf(*mesh, *primitive, texCoords));
+        }
+    }
+
+    void addItem(DrawItem& item, const std::shared_ptr<const FlatPrimitive>& flat) {
         if (flat->corners.empty()) return;
         count(flat->corners, drawn_, mostDrawnTriangles);
         item.corners = std::shared_ptr<const Corners>(flat, &flat->corners);
@@ -76,11 +91,13 @@ private:
                                                 scene::IMeshPrimitive& primitive,
                                                 scene::StreamSemantic texCoords) {
         auto& flat = flats_[{&primitive, texCoords}];
-        if (!flat) {
-            flat = std::make_shared<const FlatPrimitive>(flatten(mesh, primitive, texCoords));
-            count(flat->corners, stored_, mostStoredTriangles);
-        }
+        if (!flat) flat = stored(flatten(mesh, primitive, texCoords));
         return flat;
+    }
+
+    std::shared_ptr<const FlatPrimitive> stored(FlatPrimitive flat) {
+        count(flat.corners, stored_, mostStoredTriangles);
+        return std::make_shared<const FlatPrimitive>(std::move(flat));
     }
 
     static void count(const Corners& corners, std::size_t& triangles, std::size_t allowed) {
@@ -90,6 +107,7 @@ private:
     }
 
     DrawList& list_;
+    bool hasPosed_ = false;
     std::size_t stored_ = 0;
     std::size_t drawn_ = 0;
     std::map<const scene::Material*, Surface> surfaces_;
@@ -155,9 +173,26 @@ std::vector<CameraPlace> readCameras(const scene::SceneManager& manager) {
     return places;
 }
 
-void readNode(const Node& node, GeometryReader& geometry, Lighting& lighting) {
+void readController(const scene::InstanceController& instance, const Node& node,
+                    const scene::SceneManager& manager, GeometryReader& geometry) {
+    const auto shown = instance.getInstanceGeometry();
+    const auto controller = instance.getController();
+    if (!shown) return;
+    const auto skin = controller ? controller->getSkin() : nullptr;
+    if (skin) {
+        geometry.addPosed(*shown, SkinPose(manager, skin, node.getCombinedTransformations()));
+    } else {
+        geometry.add(*shown, worldOf(node));
+    }
+}
+
+void readNode(const Node& node, const scene::SceneManager& manager, GeometryReader& geometry,
+              Lighting& lighting) {
     const unsigned int lights = node.getInstanceLightCount();
     const auto instances = node.getInstancedGeometries();
+    for (unsigned int i = 0; i < node.getInstanceControllerCount(); ++i) {
+        readController(*node.getInstanceController(i), node, manager, geometry);
+    }
     if (lights == 0 && instances.empty()) return;
     const Eigen::Matrix4d world = worldOf(node);
     for (unsigned int i = 0; i < lights; ++i) addLight(*node.getInstanceLight(i), world, lighting);
@@ -165,7 +200,9 @@ void readNode(const Node& node, GeometryReader& geometry, Lighting& lighting) {
 }
 
 /// The root's bounding volume, or where that is of no use the box of what is drawn.
-Box boxOf(const Node& root, const DrawList& list) {
+Box boxOf(const Node& root, const GeometryReader& geometry, const DrawList& list) {
+    // Nodes know nothing of where a skin puts its geometry.
+    if (geometry.hasPosed()) return boundsOf(list);
     const Box box{root.getBVMin().cast<double>(), root.getBVMax().cast<double>()};
     return box.isUsable() ? box : boundsOf(list);
 }
@@ -177,9 +214,11 @@ SceneContents readScene(scene::SceneManager& manager) {
     const auto root = manager.getRoot();
     SceneContents contents;
     GeometryReader geometry(contents.list);
-    for (const auto& node : visibleNodes(root)) readNode(*node, geometry, contents.list.lighting);
+    for (const auto& node : visibleNodes(root)) {
+        readNode(*node, manager, geometry, contents.list.lighting);
+    }
     contents.cameras = readCameras(manager);
-    contents.box = boxOf(*root, contents.list);
+    contents.box = boxOf(*root, geometry, contents.list);
     contents.upAxis = manager.getUpAxis();
     return contents;
 }

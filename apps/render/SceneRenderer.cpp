@@ -65,7 +65,8 @@ Eigen::Vector3d centreOf(const Box& box) { return box.least + (box.most - box.le
 class SceneRenderer::Implementation {
 public:
     Rendering render(const SceneContents& contents, const ImageSource& images, const View& view) {
-        Pass pass{contents, RenderTarget(view.width, view.height), TextureStore(images), {}};
+        Pass pass{
+            contents, view.wires, RenderTarget(view.width, view.height), TextureStore(images), {}};
         const CameraPlace* const camera = cameraFor(contents, view);
         const auto everything = frame(contents.box, contents.upAxis, aspectOf(view));
         Rendering rendering = draw(
@@ -86,6 +87,7 @@ private:
     /// All that pictures of one scene share.
     struct Pass {
         const SceneContents& contents;
+        bool wires;
         RenderTarget target;
         TextureStore textures;
         VertexStore vertices;
@@ -110,7 +112,9 @@ private:
 
     Picture paint(const Viewpoint& viewpoint, const Lighting& lighting, Pass& pass) {
         pass.target.begin();
-        painter_.paint(pass.contents.list.items, lighting, viewpoint, pass.vertices, pass.textures);
+        const auto& items = pass.contents.list.items;
+        painter_.paint(items, lighting, viewpoint, pass.vertices, pass.textures);
+        if (pass.wires) painter_.paintWires(items, viewpoint, pass.vertices);
         return pass.target.read();
     }
 

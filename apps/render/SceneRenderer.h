@@ -30,6 +30,7 @@ struct View {
     std::string camera;
     /// Shows everything, as in a scene without cameras.
     bool framed = false;
+    bool wires = false;  ///< Shows the edges of all triangles.
 };
 
 /// A picture and what there is to say about it.

@@ -15,8 +15,10 @@
 #include "apps/vantorix/EventsCommand.h"
 #include "apps/vantorix/Failure.h"
 #include "apps/vantorix/InfoCommand.h"
+#include "apps/vantorix/NormalsCommand.h"
 #include "apps/vantorix/PrintableText.h"
 #include "apps/vantorix/RenderCommand.h"
+#include "apps/vantorix/SubdivideCommand.h"
 
 namespace vantorix::apps::cli {
 namespace {
@@ -28,6 +30,8 @@ Commands makeCommands() {
     commands.push_back(std::make_unique<InfoCommand>());
     commands.push_back(std::make_unique<RenderCommand>());
     commands.push_back(std::make_unique<EventsCommand>());
+    commands.push_back(std::make_unique<NormalsCommand>());
+    commands.push_back(std::make_unique<SubdivideCommand>());
     return commands;
 }
 

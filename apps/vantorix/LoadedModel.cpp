@@ -11,11 +11,12 @@
 namespace vantorix::apps::cli {
 
 LoadedModel::LoadedModel(const std::string& file,
-                         boost::shared_ptr<core::event::EventManager> events)
+                         boost::shared_ptr<core::event::EventManager> events,
+                         const import::ImportOptions& options)
     : file_(file) {
     if (!events) events = boost::make_shared<core::event::EventManager>();
     scene_ = boost::make_shared<scene::SceneManager>(events);
-    import_ = import::ModelImporter().importFile(file, scene_);
+    import_ = import::ModelImporter(options).importFile(file, scene_);
     if (import_.status == import::ImportResult::DONE) return;
     const bool isLimit = import_.status == import::ImportResult::LIMIT_MET;
     throw Failure(isLimit ? LIMIT_MET : FILE_REFUSED, import_.reason);

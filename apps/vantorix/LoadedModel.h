@@ -4,6 +4,7 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include "apps/import/ImportOptions.h"
 #include "apps/import/ImportResult.h"
 
 namespace vantorix::core::event {
@@ -21,7 +22,8 @@ public:
     /// @param events hears everything that building the scene announces; empty for nobody.
     /// @throws Failure when the model is refused or meets a limit.
     explicit LoadedModel(const std::string& file,
-                         boost::shared_ptr<core::event::EventManager> events = {});
+                         boost::shared_ptr<core::event::EventManager> events = {},
+                         const import::ImportOptions& options = {});
     ~LoadedModel();
 
     LoadedModel(const LoadedModel&) = delete;

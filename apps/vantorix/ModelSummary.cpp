@@ -1,5 +1,6 @@
 #include "apps/vantorix/ModelSummary.h"
 
+#include <algorithm>
 #include <numeric>
 
 #include <boost/shared_ptr.hpp>
@@ -9,6 +10,8 @@
 #include "apps/vantorix/TreeSummary.h"
 #include "scene/animation/Camera.h"
 #include "scene/animation/Light.h"
+#include "scene/controller/Controller.h"
+#include "scene/controller/Skin.h"
 #include "scene/geometry/GeometryManager.h"
 #include "scene/geometry/IMeshPrimitive.h"
 #include "scene/geometry/Mesh.h"
@@ -118,6 +121,24 @@ std::vector<LightSummary> summarizeLights(const SceneManager& scene) {
     return summaries;
 }
 
+std::vector<ControllerSummary> summarizeControllers(const SceneManager& scene) {
+    std::vector<ControllerSummary> summaries;
+    for (const auto& controller : scene.getControllersLibrary()) {
+        ControllerSummary summary{controller->getID(), controller->getName(), "", 0, 0, 0};
+        const auto geometry = controller->getSourceGeometry();
+        if (geometry) summary.geometryId = geometry->getID();
+        const auto skin = controller->getSkin();
+        if (skin) {
+            const auto joints = skin->getJointsInput("JOINT");
+            summary.joints = joints ? joints->stringValues.size() : 0;
+            summary.vertices = skin->getVCount().size();
+            summary.influences = skin->getV().size() / 2;
+        }
+        summaries.push_back(summary);
+    }
+    return summaries;
+}
+
 /// Layers are numbered from 0 without gaps in a scene that was not merged.
 std::vector<LayerSummary> summarizeLayers(const SceneManager& scene,
                                           const std::vector<NodeSummary>& nodes) {
@@ -147,10 +168,10 @@ Counts countShown(const ModelSummary& summary) {
         for (const auto& instance : node.instances) {
             primitives += primitivesById[instance.geometryId];
             faces += facesById[instance.geometryId];
+            controllers += !instance.controllerId.empty();
         }
         cameras += node.cameras.size();
         lights += node.lights.size();
-        controllers += node.controllers;
     }
     return {{"nodes", summary.nodes.size()},
             {"geometries", instances},
@@ -168,6 +189,7 @@ Counts countLibraries(const SceneManager& scene) {
             {"materials", scene.getMaterialList().size()},
             {"cameras", scene.getCameraCount()},
             {"lights", scene.getLightLibrary().size()},
+            {"controllers", scene.getControllersLibrary().size()},
             {"evaluators", scene.getEvaluatorsCount()}};
 }
 
@@ -178,10 +200,11 @@ std::string NodeSummary::kind() const {
     const auto add = [&kinds](bool has, const char* kind) {
         if (has) kinds += (kinds.empty() ? "" : "+") + std::string(kind);
     };
-    add(!instances.empty(), "geometry");
+    const auto isControlled = [](const auto& instance) { return !instance.controllerId.empty(); };
+    add(!std::all_of(instances.begin(), instances.end(), isControlled), "geometry");
     add(!cameras.empty(), "camera");
     add(!lights.empty(), "light");
-    add(controllers > 0, "controller");
+    add(std::any_of(instances.begin(), instances.end(), isControlled), "controller");
     return kinds.empty() ? "group" : kinds;
 }
 
@@ -208,6 +231,7 @@ ModelSummary summarize(const LoadedModel& model) {
     summary.images = summarizeImages(scene);
     summary.cameras = summarizeCameras(scene);
     summary.lights = summarizeLights(scene);
+    summary.controllers = summarizeControllers(scene);
     summary.counts = countShown(summary);
     summary.libraries = countLibraries(scene);
     summary.notes = model.getImport().report.getNotes();

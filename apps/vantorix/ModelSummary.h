@@ -24,6 +24,8 @@ struct BoxSummary {
 struct InstanceSummary {
     std::string geometryId;
     std::vector<std::pair<std::string, std::string>> materials;  ///< Symbol and material ID.
+    std::string controllerId;  ///< Of the controller through which it is shown, if any.
+    std::vector<std::string> skeletons;
 };
 
 struct NodeSummary {
@@ -37,7 +39,6 @@ struct NodeSummary {
     std::vector<InstanceSummary> instances;
     std::vector<std::string> cameras;
     std::vector<std::string> lights;
-    std::size_t controllers = 0;
 
     /// What the node is for: "geometry", "camera", "light", "controller", several of them joined
     /// by "+", or "group".
@@ -90,6 +91,13 @@ struct LightSummary {
     Eigen::Vector3f colour = Eigen::Vector3f::Zero();
 };
 
+struct ControllerSummary {
+    std::string id, name, geometryId;
+    std::size_t joints = 0;
+    std::size_t vertices = 0;
+    std::size_t influences = 0;  ///< Of joints on vertices.
+};
+
 struct LayerSummary {
     int id = 0;
     std::string name;
@@ -113,6 +121,7 @@ struct ModelSummary {
     std::vector<ImageSummary> images;
     std::vector<CameraSummary> cameras;
     std::vector<LightSummary> lights;
+    std::vector<ControllerSummary> controllers;
     std::vector<std::string> notes;  ///< What the import changed, dropped or missed.
 };
 

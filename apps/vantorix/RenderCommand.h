@@ -1,6 +1,5 @@
 #pragma once
 
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -22,11 +21,6 @@ public:
 
 private:
     void readOptions();
-    render::Picture pictureOf(const std::string& file, const render::View& view,
-                              const Console& console);
-    void report(const std::string& file, const render::Rendering& rendering,
-                const Console& console) const;
-    void reportNothingVisible(const std::string& file, const Console& console) const;
 
     std::vector<std::string> files_;
     std::string output_;
@@ -34,7 +28,6 @@ private:
     std::string backgroundText_;
     render::View view_;
     render::Background background_;
-    std::unique_ptr<render::SceneRenderer> renderer_;
 };
 
 }  // namespace vantorix::apps::cli

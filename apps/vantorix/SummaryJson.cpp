@@ -35,7 +35,11 @@ Json listJson(const Records& records, const Convert& convert) {
 Json instanceJson(const InstanceSummary& instance) {
     Json materials = Json::object();
     for (const auto& [symbol, id] : instance.materials) materials[symbol] = id;
-    return {{"geometry", instance.geometryId}, {"materials", materials}};
+    Json json = {{"geometry", instance.geometryId}, {"materials", materials}};
+    if (instance.controllerId.empty()) return json;
+    json["controller"] = instance.controllerId;
+    json["skeletons"] = instance.skeletons;
+    return json;
 }
 
 Json nodeJson(const NodeSummary& node) {
@@ -49,8 +53,7 @@ Json nodeJson(const NodeSummary& node) {
             {"bounds", boxJson(node.box)},
             {"geometries", listJson(node.instances, instanceJson)},
             {"cameras", node.cameras},
-            {"lights", node.lights},
-            {"controllers", node.controllers}};
+            {"lights", node.lights}};
 }
 
 Json layerJson(const LayerSummary& layer) {
@@ -106,6 +109,15 @@ Json lightJson(const LightSummary& light) {
             {"color", vectorJson(light.colour)}};
 }
 
+Json controllerJson(const ControllerSummary& controller) {
+    return {{"id", controller.id},
+            {"name", controller.name},
+            {"geometry", controller.geometryId},
+            {"joints", controller.joints},
+            {"vertices", controller.vertices},
+            {"influences", controller.influences}};
+}
+
 }  // namespace
 
 Json summaryJson(const ModelSummary& summary) {
@@ -124,6 +136,7 @@ Json summaryJson(const ModelSummary& summary) {
             {"images", listJson(summary.images, imageJson)},
             {"cameras", listJson(summary.cameras, cameraJson)},
             {"lights", listJson(summary.lights, lightJson)},
+            {"controllers", listJson(summary.controllers, controllerJson)},
             {"notes", summary.notes}};
 }
 

@@ -55,6 +55,7 @@ public:
         writeGeometries();
         writeMaterials();
         writeOthers();
+        writeControllers();
         writeNotes();
         return std::move(text_);
     }
@@ -112,7 +113,14 @@ private:
         for (const auto& [symbol, id] : instance.materials) {
             materials += (materials.empty() ? "" : ", ") + printable(id);
         }
-        return fmt::format("{} [{}]", printable(instance.geometryId), materials);
+        std::string text = fmt::format("{} [{}]", printable(instance.geometryId), materials);
+        if (instance.controllerId.empty()) return text;
+        text += "  through " + printable(instance.controllerId);
+        for (const auto& skeleton : instance.skeletons) {
+            text += (&skeleton == &instance.skeletons.front() ? "  skeleton " : ", ") +
+                    printable(skeleton);
+        }
+        return text;
     }
 
     void writeLayers() {
@@ -170,6 +178,17 @@ private:
         for (const auto& light : summary_.lights) {
             line("  {}  {}, color {}", console_.paint(nameStyle, named(light.id, light.name)),
                  light.type, vectorText(light.colour));
+        }
+    }
+
+    void writeControllers() {
+        if (summary_.controllers.empty()) return;
+        section("Controllers");
+        for (const auto& controller : summary_.controllers) {
+            line("  {}  skin of {}, {} joints, {} influences on {} vertices",
+                 console_.paint(nameStyle, named(controller.id, controller.name)),
+                 printable(controller.geometryId), controller.joints, controller.influences,
+                 controller.vertices);
         }
     }
 

@@ -1,12 +1,17 @@
 #include "apps/vantorix/TreeSummary.h"
 
 #include <unordered_set>
+#include <utility>
 
 #include <boost/shared_ptr.hpp>
 
+#include "apps/render/SkinPose.h"
 #include "scene/animation/Camera.h"
 #include "scene/animation/Light.h"
-#include "scene/geometry/IGeometry.h"
+#include "scene/controller/Controller.h"
+#include "scene/controller/InstanceController.h"
+#include "scene/geometry/Mesh.h"
+#include "scene/geometry/Stream.h"
 #include "scene/graph/Node.h"
 #include "scene/material/InstanceGeometry.h"
 #include "scene/material/Material.h"
@@ -37,6 +42,23 @@ BoxSummary placedBox(scene::IGeometry& geometry, const Eigen::Matrix4f& world) {
     return placed;
 }
 
+/// The box around the positions of a geometry as a skin puts them into the world.
+BoxSummary posedBox(const scene::Mesh& mesh, const render::SkinPose& pose) {
+    BoxSummary box;
+    for (const auto& mapping : mesh.getVertices()) {
+        if (mapping.semantic != scene::POSITION || !mapping.stream) continue;
+        const auto& values = std::as_const(*mapping.stream).values;
+        if (mapping.stream->stride != 3) return box;
+        for (std::size_t i = 0; i + 2 < values.size(); i += 3) {
+            const Eigen::Vector3f position(values[i], values[i + 1], values[i + 2]);
+            const Eigen::Vector3f place =
+                pose.matrixOf(static_cast<unsigned int>(i / 3)) * position.homogeneous();
+            enclose(boxBetween(place, place), box);
+        }
+    }
+    return box;
+}
+
 InstanceSummary summarizeInstance(scene::InstanceGeometry& instance) {
     InstanceSummary summary;
     const auto geometry = instance.getGeometry();
@@ -58,6 +80,23 @@ void addInstances(const Node& node, NodeSummary& summary) {
     }
 }
 
+void addControllers(const Node& node, NodeSummary& summary) {
+    const auto manager = node.getSceneManager();
+    for (const auto& instance : node.getInstancedControllers()) {
+        const auto shown = instance->getInstanceGeometry();
+        const auto controller = instance->getController();
+        if (!shown || !controller || !manager) continue;
+        summary.instances.push_back(summarizeInstance(*shown));
+        summary.instances.back().controllerId = controller->getID();
+        summary.instances.back().skeletons = instance->getSkeletons();
+        const auto mesh = boost::dynamic_pointer_cast<scene::Mesh>(shown->getGeometry());
+        const auto skin = controller->getSkin();
+        if (!mesh || !skin) continue;
+        const render::SkinPose pose(*manager, skin, node.getCombinedTransformations());
+        enclose(posedBox(*mesh, pose), summary.box);
+    }
+}
+
 NodeSummary summarizeNode(const Node& node) {
     NodeSummary summary;
     summary.id = node.getID();
@@ -66,13 +105,13 @@ NodeSummary summarizeNode(const Node& node) {
     const auto layers = node.getLayersNames();
     summary.layers.assign(layers.begin(), layers.end());
     addInstances(node, summary);
+    addControllers(node, summary);
     for (unsigned int i = 0; i < node.getInstanceCameraCount(); ++i) {
         summary.cameras.push_back(node.getInstanceCamera(i)->getID());
     }
     for (unsigned int i = 0; i < node.getInstanceLightCount(); ++i) {
         summary.lights.push_back(node.getInstanceLight(i)->getID());
     }
-    summary.controllers = node.getInstanceControllerCount();
     return summary;
 }
 

@@ -60,6 +60,18 @@ boost::shared_ptr<Triangle> FaceAssembler::makeTriangle(std::size_t start) const
     });
 }
 
+FaceAssembler::Value FaceAssembler::value(StreamSemantic semantic, std::size_t start) const {
+    for (std::size_t i = inputs_.size(); i-- > 0;) {  // Last first: the last one counts.
+        const auto& input = inputs_[i];
+        const float* const floats = input.semantic == semantic ? find(input, start) : nullptr;
+        if (!floats) continue;
+        // Without a stride all tuples are the same.
+        const std::size_t tuple = input.tuples.size() == 0 ? 0 : indexStream_[start + input.slot];
+        return {i, tuple, input.tuples.toVector(floats)};
+    }
+    return {inputs_.size(), 0, Eigen::Vector3f::Zero()};
+}
+
 Eigen::Vector3f FaceAssembler::pack(std::size_t corner, std::size_t start,
                                     PackedCorners& corners) const {
     Eigen::Vector3f position = Eigen::Vector3f::Zero();

@@ -30,6 +30,20 @@ public:
     /// The triangle of the three records from index @p start on.
     boost::shared_ptr<Triangle> makeTriangle(std::size_t start) const;
 
+    /// One value of a vertex.
+    struct Value {
+        std::size_t input;  ///< Which of the inputs holds it: with tuple, what makes it the same.
+        std::size_t tuple;
+        Eigen::Vector3f floats;  ///< Its first three; missing ones are 0.
+    };
+
+    /// Whether the triangle's vertex gets a value of @p semantic from the record at index @p start.
+    bool hasValue(StreamSemantic semantic, std::size_t start) const {
+        return value(semantic, start).input < inputs_.size();
+    }
+    /// That value; zeros, from an input of their own, when it gets none.
+    Value value(StreamSemantic semantic, std::size_t start) const;
+
     /// The position that the triangle's vertex gets from the record at index @p start.
     Eigen::Vector3f position(std::size_t start) const {
         for (const auto& input : positions_) {

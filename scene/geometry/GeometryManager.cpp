@@ -81,4 +81,12 @@ void GeometryManager::recalculateVertexNormals(const std::string& id) {
     triggerEvent("GeometryTopologyUpdate", id);
 }
 
+void GeometryManager::subDivideGeometry(const std::string& id,
+                                        boost::shared_ptr<Controller> controller) {
+    const auto geometry = getGeometry(id);
+    if (!geometry) return;
+    geometry->subDivide(std::move(controller));
+    triggerEvent("GeometryTopologyUpdate", id);
+}
+
 }  // namespace vantorix::scene

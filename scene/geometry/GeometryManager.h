@@ -18,6 +18,8 @@ class EventManager;
 
 namespace vantorix::scene {
 
+class Controller;
+
 /// The geometry library of one scene: geometries by identifier, in byte-wise order.
 ///
 /// The key is the identifier that a geometry had when it was added. Nothing is ever removed.
@@ -52,6 +54,9 @@ public:
 
     /// Sends "GeometryTopologyUpdate" (@p id) afterwards. Ignores an unknown identifier.
     void recalculateVertexNormals(const std::string& id);
+    /// Subdivides the geometry, and the skin of @p controller when there is one; sends
+    /// "GeometryTopologyUpdate" (@p id) afterwards. Ignores an unknown identifier.
+    void subDivideGeometry(const std::string& id, boost::shared_ptr<Controller> controller);
 
 private:
     using GeometryMap = std::map<std::string, boost::shared_ptr<IGeometry>>;

@@ -9,6 +9,8 @@
 
 namespace vantorix::scene {
 
+class Controller;
+
 /// A named, identified shape in a scene's geometry library.
 class VANTORIX_SCENE_EXPORT IGeometry {
 public:
@@ -35,6 +37,8 @@ public:
     /// @}
 
     virtual void recalculateVertexNormals() = 0;
+    /// Splits faces into smaller ones; the skin of @p controller, which may be empty, follows.
+    virtual void subDivide(boost::shared_ptr<Controller> controller) = 0;
     virtual ~IGeometry();
 
     /// "Convex Mesh", "Mesh", "Spline", "Invalid"; "Invalid2" for any other value.

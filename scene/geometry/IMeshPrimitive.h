@@ -12,6 +12,7 @@
 
 namespace vantorix::scene {
 
+class Controller;
 class IPrimitive;
 class Mesh;
 class StreamMapping;
@@ -55,6 +56,8 @@ public:
     virtual void setMaterialSymbol(const std::string& symbol) = 0;
     virtual std::string getMaterialSymbol() = 0;
     virtual void recalculateVertexNormals() = 0;
+    /// Splits the faces; the skin of @p controller, which may be empty, follows.
+    virtual void subDivide(boost::shared_ptr<Controller> controller) = 0;
     /// A primitive of @p newMesh with copies of the mappings and indices; the mappings still point
     /// at the streams of this one, and the material symbol is the default again.
     virtual boost::shared_ptr<IMeshPrimitive> clone(boost::shared_ptr<Mesh> newMesh) = 0;

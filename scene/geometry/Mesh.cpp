@@ -89,6 +89,11 @@ void Mesh::recalculateVertexNormals() {
     for (const auto& primitive : primitives) primitive->recalculateVertexNormals();
 }
 
+void Mesh::subDivide(boost::shared_ptr<Controller> controller) {
+    const auto primitives = primitives_;
+    for (const auto& primitive : primitives) primitive->subDivide(controller);
+}
+
 std::string Mesh::getVerticesID() const { return verticesID_; }
 
 void Mesh::setVerticesID(const std::string& id) { verticesID_ = id; }

@@ -54,6 +54,9 @@ public:
 
     /// Recalculates each primitive in list order.
     void recalculateVertexNormals() override;
+    /// Subdivides each primitive in list order, with the same @p controller, which may be empty.
+    /// The bounding volume stays as it was asked first.
+    void subDivide(boost::shared_ptr<Controller> controller) override;
     ~Mesh() override;
 
     /// The constructor's ID followed by "_vertices", until it is set.

@@ -106,6 +106,10 @@ void PolygonMeshPrimitive::recalculateVertexNormals() {
     std::cout << "PolygonMeshPrimitive::recalculateVertexNormals(): Implement me!\n";
 }
 
+void PolygonMeshPrimitive::subDivide(boost::shared_ptr<Controller>) {
+    std::cout << "PolygonMeshPrimitive::subDivide(): Implement me!\n";
+}
+
 void PolygonMeshPrimitive::printUnhandledInputs() const {
     for (const auto& mapping : streamMappings_) {
         if (!isUnhandled(mapping.semantic)) continue;

@@ -29,6 +29,8 @@ public:
     void print() override;
     /// Writes "PolygonMeshPrimitive::recalculateVertexNormals(): Implement me!".
     void recalculateVertexNormals() override;
+    /// Writes "PolygonMeshPrimitive::subDivide(): Implement me!".
+    void subDivide(boost::shared_ptr<Controller> controller) override;
     boost::shared_ptr<IMeshPrimitive> clone(boost::shared_ptr<Mesh> newMesh) override;
     ~PolygonMeshPrimitive() override;
 

@@ -1,6 +1,5 @@
 #include "scene/geometry/Triangle.h"
 
-#include <cmath>
 #include <cstdint>
 #include <iostream>
 #include <mutex>
@@ -9,6 +8,7 @@
 #include <Eigen/Geometry>
 
 #include "scene/geometry/PackedCorners.h"
+#include "scene/geometry/TriangleBoxOverlap.h"
 #include "scene/geometry/TriangleMath.h"
 #include "scene/geometry/Vertex.h"
 #include "scene/spatial/Ray.h"
@@ -26,42 +26,6 @@ std::mutex& lockFor(const Triangle* triangle) {
 
 Vector positionOf(const boost::shared_ptr<Vertex>& vertex) {
     return vertex ? vertex->getPositionVector() : Vector::Zero();
-}
-
-/// Whether the box around the origin lies on one side of what @p a and @p b span on an axis.
-bool isApart(float a, float b, float radius) {
-    const float smaller = a < b ? a : b;
-    const float larger = a < b ? b : a;
-    return smaller > radius || larger < -radius;
-}
-
-/// The axes box axis x @p edge. @p a and @p b are vertices that differ on all three.
-bool isApartAcrossEdge(const Vector& edge, const Vector& a, const Vector& b, const Vector& half) {
-    for (int axis = 0; axis < 3; ++axis) {
-        const int u = (axis + 1) % 3;
-        const int v = (axis + 2) % 3;
-        const float radius = half[u] * std::abs(edge[v]) + half[v] * std::abs(edge[u]);
-        const float atA = edge[u] * a[v] - edge[v] * a[u];
-        const float atB = edge[u] * b[v] - edge[v] * b[u];
-        if (isApart(atA, atB, radius)) return true;
-    }
-    return false;
-}
-
-/// The same on a box axis, where all three vertices count.
-bool isApart(float a, float b, float c, float radius) {
-    const float smaller = a < b ? a : b;
-    const float larger = a < b ? b : a;
-    return (c < smaller ? c : smaller) > radius || (c > larger ? c : larger) < -radius;
-}
-
-/// Only the half of the test against the corner nearest along the normal, on purpose.
-bool reachesPlane(const Vector& normal, const Vector& onPlane, const Vector& half) {
-    Vector nearest;
-    for (int axis = 0; axis < 3; ++axis) {
-        nearest[axis] = (normal[axis] > 0.0f ? -half[axis] : half[axis]) - onPlane[axis];
-    }
-    return normal.dot(nearest) <= 0.0f;
 }
 
 }  // namespace
@@ -126,21 +90,9 @@ std::vector<boost::shared_ptr<Vertex>> Triangle::getVertexArray() {
 }
 
 bool Triangle::intersects(const Eigen::Vector3f& minimum, const Eigen::Vector3f& maximum) {
-    const Vector center = (minimum + maximum) * 0.5f;
-    const Vector half = (maximum - minimum) * 0.5f;
-    const Vector q0 = p1_ - center;
-    const Vector q1 = p2_ - center;
-    const Vector q2 = p3_ - center;
-    for (int axis = 0; axis < 3; ++axis) {
-        if (isApart(q0[axis], q1[axis], q2[axis], half[axis])) return false;
-    }
-    const Vector f0 = q1 - q0;
-    const Vector f1 = q2 - q1;
-    if (isApartAcrossEdge(f0, q0, q2, half) || isApartAcrossEdge(f1, q0, q2, half) ||
-        isApartAcrossEdge(q0 - q2, q0, q1, half)) {
-        return false;
-    }
-    return reachesPlane(f0.cross(f1), q0, half);
+    const TriangleBoxOverlap overlap(p1_, p2_, p3_, (minimum + maximum) * 0.5f,
+                                     (maximum - minimum) * 0.5f);
+    return !overlap.isApartOnBoxAxes() && overlap.overlapsOnOtherAxes();
 }
 
 bool Triangle::intersects(boost::shared_ptr<Ray> ray) {

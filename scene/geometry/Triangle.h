@@ -63,6 +63,7 @@ protected:
 
 private:
     friend class FaceAssembler;
+    friend class FaceCorners;
 
     Triangle(PackedCorners& corners, const std::array<Eigen::Vector3f, 3>& positions);
     void cachePositions(const std::array<Eigen::Vector3f, 3>& positions);

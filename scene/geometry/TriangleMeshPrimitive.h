@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <limits>
 #include <vector>
 
 #include <Eigen/Core>
@@ -34,6 +35,17 @@ public:
     /// Does nothing without positions.
     void recalculateVertexNormals() override;
 
+    /// Splits each triangle into four at the midpoints of its edges, one linear step of a 1-to-4
+    /// subdivision, with the winding kept. Normals and the first texture set follow when every
+    /// corner of every triangle has them, everything else is dropped; equal values are stored
+    /// once. An edge has one midpoint, also where neighbours run along it in opposite directions:
+    /// a closed mesh stays closed. When @p controller has a skin, its vertices become the new
+    /// positions, those at midpoints with the mean weights of both ends.
+    /// Deliberate: all streams and vertices mappings of the mesh are replaced, also those that
+    /// its other primitives refer to. So subdivide meshes of one primitive.
+    /// Does nothing once the mesh is gone.
+    void subDivide(boost::shared_ptr<Controller> controller) override;
+
     boost::shared_ptr<IMeshPrimitive> clone(boost::shared_ptr<Mesh> newMesh) override;
     ~TriangleMeshPrimitive() override;
 
@@ -53,7 +65,11 @@ public:
 private:
     using Normals = std::vector<Eigen::Vector3f>;
 
+    static constexpr unsigned int noVertex = std::numeric_limits<unsigned int>::max();
+
     std::size_t listPosition(const StreamMapping* mapping) const;
+    /// Per corner, what its record has in the VERTEX slot; noVertex without one.
+    std::vector<unsigned int> vertexIndices() const;
     Normals calculateNormals(const Mesh& mesh, std::size_t positionSlot, std::size_t count) const;
     void storeNormals(Mesh& mesh, std::size_t positionSlot, const Normals& normals);
     /// Gives mapping @p normalSlot a new stream and its slot of the records new indices.

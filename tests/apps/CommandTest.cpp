@@ -1,58 +1,22 @@
-#include <algorithm>
-
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
 #include "apps/render/Picture.h"
 #include "apps/render/PictureFile.h"
-#include "tests/apps/ProcessRun.h"
+#include "tests/apps/Program.h"
 
 namespace vantorix::apps {
 namespace {
 
 using nlohmann::json;
 
-constexpr const char* squareObj =
-    "mtllib square.mtl\no Square\nusemtl paint\n"
-    "v 0 0 0\nv 2 0 0\nv 2 1 0\nv 0 1 0\nf 1 2 3 4\n";
-constexpr const char* squareMtl = "newmtl paint\nKd 1 0 0\n";
-
-/// A folder with one sound model, and the program.
-struct Program : ::testing::Test {
-    Program() {
-        folder.write("square.obj", squareObj);
-        folder.write("square.mtl", squareMtl);
-    }
-
-    ProcessRun run(const std::string& arguments, const std::string& environment = "") const {
-        return runShell(environment + " '" VANTORIX_PROGRAM "' " + arguments, folder);
-    }
-
-    /// Runs on a terminal of its own; both outputs come as standard output.
-    ProcessRun runWatched(const std::string& arguments, const std::string& environment) const {
-        return runShell(
-            environment + " script -qec \"'" VANTORIX_PROGRAM "' " + arguments + "\" /dev/null",
-            folder);
-    }
-
-    TemporaryFolder folder;
-};
 using InfoCommand = Program;
 using EventsCommand = Program;
 using RenderCommand = Program;
 
-bool isOneLineWith(const std::string& text, const std::string& part) {
-    return std::count(text.begin(), text.end(), '\n') == 1 && text.back() == '\n' &&
-           text.find(part) != std::string::npos;
-}
-
-bool isPlain(const std::string& text) {
-    return std::all_of(text.begin(), text.end(),
-                       [](char c) { return c == '\n' || (c >= ' ' && c < 127); });
-}
-
 TEST_F(Program, HelpShowsExamplesEverywhere) {
-    for (const std::string command : {"", "info ", "render ", "events "}) {
+    for (const std::string command :
+         {"", "info ", "render ", "events ", "normals ", "subdivide "}) {
         const auto help = run(command + "--help");
         EXPECT_EQ(help.exitCode, 0);
         EXPECT_NE(help.out.find("Examples:\n  vantorix "), std::string::npos) << command;
@@ -67,7 +31,10 @@ TEST_F(Program, WrongUseIsOneLine) {
           "render square.obj -o a.png --size 10", "render square.obj -o a.png --size 99999x99999",
           "render square.obj -o a.png --background pinkish",
           "render square.obj -o a.png --camera nobody",
-          "render square.obj -o a.png --frame --camera x"}) {
+          "render square.obj -o a.png --frame --camera x", "normals",
+          "normals square.obj --times 2", "subdivide square.obj --times 0",
+          "subdivide square.obj --times 13", "subdivide square.obj --geometry nobody",
+          "subdivide square.obj --size 9x9", "subdivide square.obj --render a.png --size 0x9"}) {
         const auto wrong = run(arguments);
         EXPECT_EQ(wrong.exitCode, 2) << arguments;
         EXPECT_EQ(wrong.out, "") << arguments;
@@ -79,7 +46,8 @@ TEST_F(Program, WrongUseIsOneLine) {
 TEST_F(Program, FilesThatCannotBeReadAreNamed) {
     folder.write("noise.obj", std::string(100, '\x01'));
     folder.write("notes.txt", "hello");
-    for (const std::string command : {"info ", "events ", "render -o a.png ", "info --json "}) {
+    for (const std::string command : {"info ", "events ", "render -o a.png ", "info --json ",
+                                      "normals ", "subdivide --render a.png "}) {
         for (const std::string file : {"missing.obj", "notes.txt", "."}) {
             const auto refused = run(command + file);
             EXPECT_EQ(refused.exitCode, 3) << command << file;
@@ -119,7 +87,7 @@ TEST_F(InfoCommand, IsPlainWhenPiped) {
     EXPECT_EQ(info.err, "");
     EXPECT_TRUE(isPlain(info.out)) << info.out;
     for (const std::string part : {"`- ", "Square  geometry", "[paint]", "(0, 0, 0) to (2, 1, 0)",
-                                   "faces 2", "hidden", "diffuse = 1 0 0"}) {
+                                   "faces 1", "1 Polygons", "hidden", "diffuse = 1 0 0"}) {
         EXPECT_NE(info.out.find(part), std::string::npos) << part << "\n" << info.out;
     }
 }
@@ -141,7 +109,7 @@ TEST_F(InfoCommand, JsonTellsTheSameToPrograms) {
     const json document = json::parse(info.out);
     EXPECT_EQ(document["file"], "square.obj");
     EXPECT_EQ(document["bounds"]["max"], json({2.0, 1.0, 0.0}));
-    EXPECT_EQ(document["counts"]["faces"], 2);
+    EXPECT_EQ(document["counts"]["faces"], 1);
     EXPECT_EQ(document["counts"]["nodes"], document["nodes"].size());
     EXPECT_EQ(document["nodes"][0]["parent"], nullptr);
     EXPECT_EQ(document["nodes"][2]["parent"], 1);

@@ -59,6 +59,15 @@ TEST(MeshFlattener, PolygonsBecomeFans) {
     EXPECT_EQ(corners[6].position[2], 2.0f);
 }
 
+TEST(MeshFlattener, ConcavePolygonsAreNotFans) {
+    const auto mesh = makeMesh({0, 0, 0, 2, 0, 0, 2, 2, 0, 1, 0.5f, 0, 0, 2, 0});
+    const Indices indices = {0, 1, 2, 3, 4};
+    scene::PolygonMeshPrimitive primitive(mesh, {vertexMapping()}, indices, {5, 0});
+    const auto corners = flatten(*mesh, primitive, scene::TEXCOORD0).corners;
+    ASSERT_EQ(corners.size(), 9u);
+    for (const auto& corner : corners) EXPECT_EQ(corner.normal[2], 1.0f);
+}
+
 TEST(MeshFlattener, LeavesOutFacesWhosePositionsAreMissing) {
     auto positions = square;
     positions[10] = std::numeric_limits<float>::infinity();

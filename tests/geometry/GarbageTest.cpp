@@ -96,6 +96,10 @@ void exercise(const boost::shared_ptr<TriangleMeshPrimitive>& primitive, Mesh& m
     tolerate([&] { mesh.clone(); });
     tolerate([&] { primitive->addTriangle(makeRightTriangle(), false); });
     tolerate([&] { mesh.getBVCenter(); });
+    mesh.subDivide({});
+    EXPECT_EQ(primitive->getIndexStream().size() % 12, 0u);
+    mesh.recalculateVertexNormals();
+    mesh.subDivide({});
 }
 
 struct Garbage : QuietTest, ::testing::WithParamInterface<unsigned int> {

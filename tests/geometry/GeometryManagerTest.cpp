@@ -133,7 +133,7 @@ struct TopologyListener : EventBase {
     boost::function<void()> react;
 };
 
-TEST_F(GeometryManagerTest, RecalculatedNormalsAreAnnouncedAfterwards) {
+TEST_F(GeometryManagerTest, ChangesOfTopologyAreAnnouncedAfterwards) {
     TopologyListener listener(events);
     const auto mesh = makeMesh({0, 0, 0, 1, 0, 0, 0, 1, 0});
     mesh->addPrimitive(boost::make_shared<TriangleMeshPrimitive>(
@@ -144,6 +144,13 @@ TEST_F(GeometryManagerTest, RecalculatedNormalsAreAnnouncedAfterwards) {
     manager->recalculateVertexNormals("mesh");
     manager->recalculateVertexNormals("none");
     EXPECT_EQ(listener.payloads, std::vector<std::string>{"mesh"});
+    EXPECT_TRUE(wasDone);
+
+    listener.react = [&] { wasDone = mesh->getStream("VTX_SUBDIVIDE_NORMAL_STREAM") != nullptr; };
+    wasDone = false;
+    manager->subDivideGeometry("mesh", {});
+    manager->subDivideGeometry("none", {});
+    EXPECT_EQ(listener.payloads, (std::vector<std::string>{"mesh", "mesh"}));
     EXPECT_TRUE(wasDone);
 }
 

@@ -77,6 +77,9 @@ TEST_F(PolygonMeshPrimitiveTest, UnfinishedOperationsOnlyWriteTheirLines) {
     EXPECT_EQ(outputOf([&] { primitive.print(); }), "Implement me PolygonMeshPrimitive::print()\n");
     EXPECT_EQ(outputOf([&] { primitive.recalculateVertexNormals(); }),
               "PolygonMeshPrimitive::recalculateVertexNormals(): Implement me!\n");
+    EXPECT_EQ(outputOf([&] { primitive.subDivide({}); }),
+              "PolygonMeshPrimitive::subDivide(): Implement me!\n");
+    EXPECT_EQ(primitive.getIndexStream(), Indices(6, 0));
     EXPECT_EQ(mesh->getStreams().size(), 1u);
 }
 

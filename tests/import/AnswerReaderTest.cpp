@@ -79,7 +79,7 @@ TEST(AnswerReader, RefusesDocumentsThatCannotBeBuilt) {
         [](auto& d) { d.nodes[0].parent = 1; },
         [](auto& d) { d.nodes[1].parent = 1; },
         [](auto& d) { d.nodes[1].parent = 2; },
-        [](auto& d) { d.nodes[2].meshes = {2}; },
+        [](auto& d) { d.nodes[2].meshes = {3}; },
         [](auto& d) { d.nodes[2].matrix[3] = std::nanf(""); },
         [](auto& d) { d.meshes[0].material = 2; },
         [](auto& d) { d.meshes[0].positions.pop_back(); },
@@ -96,16 +96,29 @@ TEST(AnswerReader, RefusesDocumentsThatCannotBeBuilt) {
         },
         [](auto& d) { d.meshes[0].triangles[1] = 3; },
         [](auto& d) { d.meshes[0].triangles.pop_back(); },
+        [](auto& d) { d.meshes[2].polygons[1] = 8; },
+        [](auto& d) { d.meshes[2].polygons.pop_back(); },
+        [](auto& d) { d.meshes[2].polygonSizes[0] = 3; },
+        [](auto& d) {
+            d.meshes[2].polygonSizes = {0xfffffffcu, 8};
+        },
+        [](auto& d) { d.meshes[2].skin.bones[0].node = 7; },
+        [](auto& d) { d.meshes[2].skin.bones[0].inverseBind[0] = std::nanf(""); },
+        [](auto& d) { d.meshes[2].skin.counts.pop_back(); },
+        [](auto& d) { d.meshes[2].skin.counts[0] = 2; },
+        [](auto& d) { d.meshes[2].skin.influences[3] = 2; },
+        [](auto& d) { d.meshes[2].skin.weights[3] = 0.0f; },
+        [](auto& d) { d.meshes[2].skin.weights.pop_back(); },
         [](auto& d) { d.materials.pop_back(); },
         [](auto& d) { d.materials[1].textures[1].embedded = 1; },
         [](auto& d) { d.materials[1].textures[0].embedded = -2; },
         [](auto& d) { d.materials[1].textures[0].texCoordSet = 8; },
         [](auto& d) { d.textures[0].width = 2; },
         [](auto& d) { d.textures[0].width = d.textures[0].height = 0x80000000u; },
-        [](auto& d) { d.cameras[0].placement.node = 3; },
+        [](auto& d) { d.cameras[0].placement.node = 7; },
         [](auto& d) { d.cameras[0].yFov = 180.0f; },
         [](auto& d) { d.cameras[0].zFar = d.cameras[0].zNear; },
-        [](auto& d) { d.lights[0].placement.node = 3; },
+        [](auto& d) { d.lights[0].placement.node = 7; },
         [](auto& d) { d.lights[0].color[2] = std::nanf(""); },
         [](auto& d) { d.upAxis = 3; },
         [](auto& d) { d.meterUnit = std::nanf(""); },
@@ -145,14 +158,16 @@ TEST(AnswerReader, ASmallMessageStaysSmallInMemory) {
 }
 
 TEST(AnswerReader, NamesTheLimitThatADocumentMeets) {
-    ImportLimits nodes, depth, vertices, faces, items;
+    ImportLimits nodes, depth, vertices, faces, items, corners, influences;
     nodes.nodes = 2;
     depth.depth = 2;
     vertices.vertices = 5;
     faces.faces = 1;
     items.items = 1;
+    corners.corners = 15;
+    influences.influences = 9;
     const auto message = writeAnswer(sampleAnswer());
-    for (const auto& limits : {nodes, depth, vertices, faces, items}) {
+    for (const auto& limits : {nodes, depth, vertices, faces, items, corners, influences}) {
         EXPECT_EQ(verdict(message, limits), LIMITED);
     }
 }

@@ -1,13 +1,21 @@
+#include <algorithm>
+#include <numeric>
+#include <random>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "apps/import/ImportLimits.h"
+#include "apps/import/ImportOptions.h"
 #include "apps/import/ModelBuilder.h"
 #include "scene/animation/Camera.h"
 #include "scene/animation/CameraInstance.h"
 #include "scene/animation/Light.h"
+#include "scene/controller/Controller.h"
+#include "scene/controller/InstanceController.h"
+#include "scene/controller/Skin.h"
 #include "scene/geometry/GeometryManager.h"
 #include "scene/geometry/Mesh.h"
+#include "scene/geometry/PolygonMeshPrimitive.h"
 #include "scene/geometry/Stream.h"
 #include "scene/geometry/Triangle.h"
 #include "scene/geometry/TriangleMeshPrimitive.h"
@@ -30,8 +38,8 @@ using ::testing::HasSubstr;
 using ::testing::IsSupersetOf;
 
 struct BuiltModel : ::testing::Test {
-    void build(const ImportLimits& limits = {}) {
-        ModelBuilder(document, folder.path("sample.obj"), scene.manager, result).build(limits);
+    void build(const ImportOptions& options = {}) {
+        ModelBuilder(document, folder.path("sample.obj"), scene.manager, result).build(options);
     }
     boost::shared_ptr<Node> node(const std::string& id) { return scene->getNodeByID(id); }
     boost::shared_ptr<Mesh> meshAt(const std::string& nodeId) {
@@ -182,10 +190,111 @@ TEST_F(BuiltModel, ASecondModelGetsIdsOfItsOwn) {
                               "image \"wood.png\": there is no such file"}));
 }
 
+TEST_F(BuiltModel, PolygonsStayPolygonsBesideTriangles) {
+    document = skinnedDocument();
+    document.meshes[2].skin = {};
+    build();
+    const auto mesh = meshAt("leg");
+    ASSERT_THAT(materialSymbols(*mesh), ElementsAre("red", "red"));
+    EXPECT_EQ(mesh->getPrimitive(0)->getType(), IMeshPrimitive::TRIANGLES);
+    EXPECT_EQ(mesh->getPrimitive(0)->getCount(), 2u);
+    const auto polygons = boost::dynamic_pointer_cast<PolygonMeshPrimitive>(mesh->getPrimitive(1));
+    ASSERT_TRUE(polygons);
+    EXPECT_THAT(polygons->getPolygonStream(), ElementsAre(4, 0));
+    // Positions are shared by both primitives; the generated normals are all the same.
+    EXPECT_EQ(mesh->getStream("position_stream")->count, 6);
+    EXPECT_THAT(polygons->getIndexStream(), ElementsAre(0, 0, 1, 0, 2, 0, 3, 0));
+    EXPECT_EQ(polygons->getBVMax()[1], 1.0f);
+}
+
+TEST_F(BuiltModel, ASkinIsShownThroughItsController) {
+    document = skinnedDocument();
+    build();
+    const auto controller = scene->getControllerById("leg-skin");
+    ASSERT_TRUE(controller);
+    EXPECT_EQ(node("leg")->getInstanceGeometryCount(), 0u);
+    const auto instance = node("leg")->getInstanceController(0);
+    EXPECT_EQ(instance->getController(), controller);
+    EXPECT_EQ(instance->getInstanceGeometry()->getGeometry(), controller->getSourceGeometry());
+    EXPECT_EQ(instance->getInstanceGeometry()->getMaterial("red"), scene->getMaterialWithID("red"));
+    EXPECT_THAT(instance->getSkeletons(), ElementsAre("hip"));
+    EXPECT_EQ(node("hip")->getType(), "JOINT");
+    EXPECT_EQ(node("knee")->getType(), "JOINT");
+    EXPECT_EQ(node("shin")->getType(), "");
+
+    const auto skin = controller->getSkin();
+    EXPECT_THAT(skin->getJointsInput("JOINT")->stringValues, ElementsAre("hip", "knee"));
+    const auto matrices = skin->getJointsInput("INV_BIND_MATRIX");
+    EXPECT_EQ(matrices->stride, 16);
+    EXPECT_EQ(matrices->values[16 + 7], -1.0f) << "row by row";
+    // Vertex 5 is vertex 3, vertex 4 is not.
+    EXPECT_THAT(skin->getVCount(), ElementsAre(1, 0, 2, 1, 1, 2, 1));
+    EXPECT_EQ(skin->getVertexWeightsInput("WEIGHT")->count, 3);
+}
+
+TEST_F(BuiltModel, EveryCornerKeepsItsInfluences) {
+    std::mt19937 random(3);
+    const auto pick = [&random](unsigned int count) {
+        return static_cast<unsigned int>(random()) % count;
+    };
+    document = skinnedDocument();
+    auto& mesh = document.meshes[2];
+    mesh.skin = {mesh.skin.bones, {}, {}, {}};
+    mesh.positions.clear();
+    for (unsigned int vertex = 0; vertex < 2000; ++vertex) {
+        for (int i = 0; i < 3; ++i) mesh.positions.push_back(static_cast<float>(pick(2)));
+        mesh.skin.counts.push_back(pick(3));
+        for (unsigned int i = mesh.skin.counts.back(); i > 0; --i) {
+            mesh.skin.influences.push_back(i - 1);
+            mesh.skin.weights.push_back(static_cast<float>(1 + pick(2)));
+        }
+    }
+    mesh.triangles.clear();
+    for (unsigned int i = 0; i < 600; ++i) mesh.triangles.push_back(pick(2000));
+    build();
+
+    const auto skin = scene->getControllerById("leg-skin")->getSkin();
+    const auto built = boost::dynamic_pointer_cast<Mesh>(skin->getSourceGeometry());
+    EXPECT_EQ(built->getStream("position_stream")->count, 8 * (1 + 2 + 4)) << "none twice";
+    const auto& records = built->getPrimitive(0)->getIndexStream();
+    for (std::size_t corner = 0; corner < mesh.triangles.size(); ++corner) {
+        const auto vertex = mesh.triangles[corner];
+        const auto tuple = records[corner * 2];
+        const float* const position = &built->getStream("position_stream")->values[tuple * 3];
+        EXPECT_TRUE(std::equal(position, position + 3, &mesh.positions[vertex * 3]));
+        std::vector<int> joints;
+        std::vector<float> weights;
+        skin->getVertexJointsAndWeights(tuple, joints, weights);
+        std::reverse(joints.begin(), joints.end());  // They come in ascending order.
+        std::reverse(weights.begin(), weights.end());
+        const auto first = std::accumulate(mesh.skin.counts.begin(),
+                                           mesh.skin.counts.begin() + vertex, std::ptrdiff_t{0});
+        ASSERT_EQ(joints.size(), mesh.skin.counts[vertex]);
+        EXPECT_TRUE(std::equal(joints.begin(), joints.end(), mesh.skin.influences.begin() + first));
+        EXPECT_TRUE(std::equal(weights.begin(), weights.end(), mesh.skin.weights.begin() + first));
+    }
+}
+
+TEST_F(BuiltModel, PrimitivesBecomeGeometriesWhereAsked) {
+    document.nodes[2].meshes = {0, 0};
+    ImportOptions options;
+    options.separatePrimitives = true;
+    build(options);
+    ASSERT_EQ(node("square")->getInstanceGeometryCount(), 2u);
+    const auto wood = node("square")->getInstanceGeometry(1);
+    EXPECT_EQ(wood->getGeometry()->getID(), "square-wood");
+    EXPECT_EQ(wood->getGeometry()->getName(), "square");
+    EXPECT_EQ(wood->getMaterialList().size(), 1u);
+    EXPECT_EQ(wood->getMaterial("wood"), scene->getMaterialWithID("wood"));
+    EXPECT_EQ(node("half")->getInstanceGeometryCount(), 1u);
+    EXPECT_EQ(meshAt("half")->getPrimitiveCount(), 1u);
+    EXPECT_EQ(meshAt("half")->getID(), "square_2");
+}
+
 TEST_F(BuiltModel, CombinationsOfMeshesAreLimited) {
-    ImportLimits limits;
-    limits.faces = 2;  // The document has two, but they are built as {0, 1} and as {0}.
-    EXPECT_THROW(build(limits), LimitError);
+    ImportOptions options;
+    options.limits.faces = 2;  // The document has two, but they are built as {0, 1} and as {0}.
+    EXPECT_THROW(build(options), LimitError);
     EXPECT_EQ(scene->getRoot()->getChildCount(), 0u);
     EXPECT_EQ(scene->getGeometryManager()->getCount(), 0u);
 }

@@ -1,3 +1,4 @@
+#include <numeric>
 #include <sys/stat.h>
 
 #include <gmock/gmock.h>
@@ -6,12 +7,11 @@
 #include "apps/import/ModelImporter.h"
 #include "scene/animation/Camera.h"
 #include "scene/animation/CameraInstance.h"
+#include "scene/controller/Controller.h"
+#include "scene/controller/Skin.h"
 #include "scene/geometry/GeometryManager.h"
 #include "scene/geometry/Mesh.h"
-#include "scene/geometry/Triangle.h"
-#include "scene/geometry/TriangleMeshPrimitive.h"
-#include "scene/geometry/Vertex.h"
-#include "scene/geometry/VertexElement.h"
+#include "scene/geometry/Stream.h"
 #include "scene/material/InstanceGeometry.h"
 #include "scene/material/Material.h"
 #include "scene/material/MaterialParameter.h"
@@ -23,15 +23,17 @@ using namespace vantorix::scene;
 using ::testing::Contains;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using ::testing::Not;
 
 /// Real files through the real worker into a scene.
 struct ModelFiles : ::testing::Test {
-    ImportResult read(const std::string& file) {
+    ImportResult read(const std::string& file, bool triangulate = false) {
         ImportOptions options;
+        options.triangulate = triangulate;
         options.limits.wallTime = std::chrono::seconds(60);
         return ModelImporter(options).importFile(file, scene.manager);
     }
-    unsigned int triangleCount() {
+    unsigned int faceCount() {
         std::vector<boost::shared_ptr<IGeometry>> geometries;
         scene->getGeometryManager()->getGeometries(geometries);
         unsigned int count = 0;
@@ -47,6 +49,47 @@ struct ModelFiles : ::testing::Test {
 };
 
 namespace {
+
+/// A triangle that follows two joints, of which only the node "root_joint" exists.
+std::string triangleWithSkin(const std::string& joints) {
+    const std::string identity = " 1 0 0 0 0 1 0 0 0 0 1 0 0 0 0 1";
+    const auto source = [](const std::string& id, const std::string& array,
+                           const std::string& accessor) {
+        return "<source id='" + id + "'>" + array + "<technique_common>" + accessor +
+               "</technique_common></source>";
+    };
+    const auto accessor = [](const std::string& of, const std::string& count,
+                             const std::string& stride, const std::string& params) {
+        return "<accessor source='#" + of + "' count='" + count + "' stride='" + stride + "'>" +
+               params + "</accessor>";
+    };
+    return "<COLLADA xmlns='http://www.collada.org/2005/11/COLLADASchema' version='1.4.1'><asset/>"
+           "<library_geometries><geometry id='g'><mesh>" +
+           source("p", "<float_array id='pa' count='9'>0 0 0 1 0 0 0 1 0</float_array>",
+                  accessor("pa", "3", "3",
+                           "<param name='X' type='float'/><param name='Y' type='float'/>"
+                           "<param name='Z' type='float'/>")) +
+           "<vertices id='v'><input semantic='POSITION' source='#p'/></vertices>"
+           "<triangles count='1'><input semantic='VERTEX' source='#v' offset='0'/>"
+           "<p>0 1 2</p></triangles></mesh></geometry></library_geometries>"
+           "<library_controllers><controller id='c'><skin source='#g'>" +
+           source("j", "<Name_array id='ja' count='2'>" + joints + "</Name_array>",
+                  accessor("ja", "2", "1", "<param name='JOINT' type='name'/>")) +
+           source("b", "<float_array id='ba' count='32'>" + identity + identity + "</float_array>",
+                  accessor("ba", "2", "16", "<param name='TRANSFORM' type='float4x4'/>")) +
+           source("w", "<float_array id='wa' count='2'>1 0.5</float_array>",
+                  accessor("wa", "2", "1", "<param name='WEIGHT' type='float'/>")) +
+           "<joints><input semantic='JOINT' source='#j'/>"
+           "<input semantic='INV_BIND_MATRIX' source='#b'/></joints>"
+           "<vertex_weights count='3'><input semantic='JOINT' source='#j' offset='0'/>"
+           "<input semantic='WEIGHT' source='#w' offset='1'/><vcount>1 2 1</vcount>"
+           "<v>0 0 0 1 1 1 1 0</v></vertex_weights></skin></controller></library_controllers>"
+           "<library_visual_scenes><visual_scene id='s'><node id='root_joint' sid='root_joint' "
+           "name='root_joint' type='JOINT'/><node id='n' name='n'>"
+           "<instance_controller url='#c'><skeleton>#root_joint</skeleton></instance_controller>"
+           "</node></visual_scene></library_visual_scenes><scene><instance_visual_scene "
+           "url='#s'/></scene></COLLADA>";
+}
 
 std::string nestedNodes(int depth) {
     std::string open, close;
@@ -71,7 +114,7 @@ TEST_F(ModelFiles, ASquareWithATexture) {
                                    "o square\nusemtl wood/dark\nf 1/1 2/2 3/3 4/4\n");
     const auto result = read(file);
     ASSERT_EQ(result.status, ImportResult::DONE) << result.reason;
-    EXPECT_EQ(triangleCount(), 2u);
+    EXPECT_EQ(faceCount(), 1u);
     EXPECT_EQ(scene->getSceneName(), "square");
     EXPECT_THAT(result.report.getNotes(),
                 Contains("material \"wood/dark\": its id is \"wood_dark\""));
@@ -89,11 +132,59 @@ TEST_F(ModelFiles, ASquareWithATexture) {
     // The file has no normals, yet the picture is to be lit.
     const auto mesh =
         boost::dynamic_pointer_cast<Mesh>(square->getInstanceGeometry(0)->getGeometry());
-    const auto primitive =
-        boost::dynamic_pointer_cast<TriangleMeshPrimitive>(mesh->getPrimitive(0));
-    const auto normal = primitive->getTriangleAt(0)->getVertexAt(0)->getNormal();
-    ASSERT_TRUE(normal);
-    EXPECT_NEAR(normal->values[2], 1.0f, 1e-6f);
+    const auto normals = mesh->getStream("NORMAL_stream");
+    ASSERT_TRUE(normals);
+    EXPECT_NEAR(normals->values[2], 1.0f, 1e-6f);
+}
+
+TEST_F(ModelFiles, PolygonsBecomeTrianglesOnlyWhereAsked) {
+    const auto file = folder.write("faces.obj",
+                                   "v 0 0 0\nv 2 0 0\nv 2 2 0\nv 1 1 0\nv 0 2 0\n"
+                                   "f 1 2 3 4 5\nf 1 2 3\nf 1 2 3 4\n");
+    const auto types = [this] {
+        const auto mesh = boost::dynamic_pointer_cast<Mesh>(
+            scene->getGeometryManager()->getGeometry(scene->getGeometryManager()->getIDs().back()));
+        std::vector<IMeshPrimitive::Type> list;
+        for (const auto& primitive : mesh->getMeshPrimitives()) {
+            list.push_back(primitive->getType());
+        }
+        return list;
+    };
+    ASSERT_EQ(read(file).status, ImportResult::DONE);
+    EXPECT_EQ(faceCount(), 3u);
+    EXPECT_EQ(types(), std::vector({IMeshPrimitive::TRIANGLES, IMeshPrimitive::POLYGONS}));
+    ASSERT_EQ(read(file, true).status, ImportResult::DONE);
+    EXPECT_EQ(faceCount(), 3u + 6u);
+    EXPECT_EQ(types(), std::vector({IMeshPrimitive::TRIANGLES}));
+}
+
+TEST_F(ModelFiles, TheSampleFigureComesWithItsSkin) {
+    const auto result = read(VANTORIX_SAMPLES "/figure.dae");
+    ASSERT_EQ(result.status, ImportResult::DONE) << result.reason;
+    EXPECT_THAT(result.report.getNotes(), Not(Contains(HasSubstr("bone"))));
+    ASSERT_EQ(scene->getControllersLibrary().size(), 1u);
+    const auto skin = scene->getControllersLibrary()[0]->getSkin();
+    EXPECT_EQ(skin->getJointsInput("JOINT")->stringValues.size(), 17u);
+    const auto mesh = boost::dynamic_pointer_cast<Mesh>(skin->getSourceGeometry());
+    ASSERT_EQ(skin->getVCount().size(),
+              static_cast<std::size_t>(mesh->getStream("position_stream")->count));
+    for (unsigned int vertex = 0; vertex < skin->getVCount().size(); ++vertex) {
+        std::vector<int> joints;
+        std::vector<float> weights;
+        skin->getVertexJointsAndWeights(vertex, joints, weights);
+        ASSERT_FALSE(joints.empty());
+        ASSERT_NEAR(std::accumulate(weights.begin(), weights.end(), 0.0f), 1.0f, 1e-5f);
+    }
+}
+
+TEST_F(ModelFiles, BonesThatNameNoNodeAreLeftOut) {
+    const auto file = folder.write("bones.dae", triangleWithSkin("root_joint nobody"));
+    const auto result = read(file);
+    ASSERT_EQ(result.status, ImportResult::DONE) << result.reason;
+    ASSERT_EQ(scene->getControllersLibrary().size(), 1u);
+    EXPECT_THAT(result.report.getNotes(), Contains(HasSubstr("names no node")));
+    const auto skin = scene->getControllersLibrary()[0]->getSkin();
+    EXPECT_EQ(skin->getJointsInput("JOINT")->stringValues.size(), 1u);
 }
 
 TEST_F(ModelFiles, WhatCannotBeDrawnIsLeftOutAndReported) {
@@ -102,7 +193,7 @@ TEST_F(ModelFiles, WhatCannotBeDrawnIsLeftOutAndReported) {
                                    "f 1 2 3\nf 2 3 4\nl 1 2\n");
     const auto result = read(file);
     ASSERT_EQ(result.status, ImportResult::DONE) << result.reason;
-    EXPECT_EQ(triangleCount(), 2u);
+    EXPECT_EQ(faceCount(), 2u);
     EXPECT_THAT(result.report.getNotes(), Contains(HasSubstr("dropped")));
     EXPECT_THAT(result.report.getNotes(), Contains(HasSubstr("position values that are no")));
 }
@@ -154,16 +245,17 @@ TEST_F(ModelFiles, ALimitIsNamedWithBothNumbers) {
 TEST_F(ModelFiles, SomeModelsOfTheTestPackage) {
     const std::string models = "/usr/share/assimp/models/";
     if (!std::filesystem::exists(models)) GTEST_SKIP() << "assimp-testmodels is not installed";
+    // Faces after polygons were cut into triangles.
     const std::vector<std::pair<std::string, unsigned int>> expectations = {
         {"OBJ/box.obj", 12},        {"STL/Spider_ascii.stl", 1368},
         {"Collada/duck.dae", 4212}, {"glTF2/BoxTextured-glTF-Binary/BoxTextured.glb", 12},
         {"OBJ/spider.obj", 1368},
     };
     for (const auto& [model, triangles] : expectations) {
-        const unsigned int before = triangleCount();
-        const auto result = read(models + model);
+        const unsigned int before = faceCount();
+        const auto result = read(models + model, true);
         EXPECT_EQ(result.status, ImportResult::DONE) << result.reason;
-        EXPECT_EQ(triangleCount() - before, triangles) << model;
+        EXPECT_EQ(faceCount() - before, triangles) << model;
     }
 }
 

@@ -48,7 +48,7 @@ struct MisbehavingWorker : ::testing::Test {
     /// The reason, after "limit " or "refused ", or "read".
     std::string outcome(const std::string& behaviour) {
         try {
-            ModelReader(limits, beside("vantorix-import-worker-double"))
+            ModelReader({limits, beside("vantorix-import-worker-double")})
                 .read(folder.write(behaviour, "x"));
             return "read";
         } catch (const LimitError& error) {
@@ -116,7 +116,7 @@ TEST_F(MisbehavingWorker, SeesNothingOfThisProcess) {
 TEST_F(MisbehavingWorker, FilesThatCannotBeReadNeedNoWorker) {
     const auto reason = [this](const std::string& file) -> std::string {
         try {
-            ModelReader(limits, "/nowhere/worker").read(file);
+            ModelReader({limits, "/nowhere/worker"}).read(file);
             return "read";
         } catch (const std::runtime_error& error) {
             return error.what();

@@ -12,8 +12,17 @@ using vantorix::scene::Stream;
 namespace {
 
 struct Surface {
+    void addFace(std::initializer_list<unsigned int> face) {
+        corners.insert(corners.end(), face);
+        sizes.push_back(static_cast<unsigned int>(face.size()));
+    }
     void addQuad(unsigned int a, unsigned int b, unsigned int c, unsigned int d) {
-        corners.insert(corners.end(), {a, b, c, a, c, d});
+        if (asPolygons) {
+            addFace({a, b, c, d});
+        } else {
+            addFace({a, b, c});
+            addFace({a, c, d});
+        }
     }
     Eigen::Vector3f position(std::size_t number) const {
         return Eigen::Map<const Eigen::Vector3f>(&positions[number * 3]);
@@ -21,7 +30,7 @@ struct Surface {
     /// The normal of each corner.
     std::vector<Eigen::Vector3f> normals() {
         std::vector<Eigen::Vector3f> result;
-        for (const auto tuple : NormalGenerator(positions, corners).storeIn(stream)) {
+        for (const auto tuple : NormalGenerator(positions, corners, sizes).storeIn(stream)) {
             result.push_back(
                 Eigen::Map<const Eigen::Vector3f>(&std::as_const(stream).values[tuple * 3]));
         }
@@ -29,13 +38,16 @@ struct Surface {
     }
 
     std::vector<float> positions;
+    bool asPolygons = false;
     std::vector<unsigned int> corners;
+    std::vector<unsigned int> sizes;
     Stream stream{"normals", 3, false};
 };
 
 /// A grid of @p rings by @p rings over a ball.
-Surface ball(unsigned int rings) {
+Surface ball(unsigned int rings, bool asPolygons) {
     Surface surface;
+    surface.asPolygons = asPolygons;
     for (unsigned int i = 0; i <= rings; ++i) {
         for (unsigned int j = 0; j < rings; ++j) {
             const float polar =
@@ -54,8 +66,11 @@ Surface ball(unsigned int rings) {
 
 }  // namespace
 
-TEST(NormalGenerator, ABoxKeepsItsEdges) {
+struct NormalGeneratorOf : ::testing::TestWithParam<bool> {};
+
+TEST_P(NormalGeneratorOf, ABoxKeepsItsEdges) {
     Surface box;
+    box.asPolygons = GetParam();
     for (int i = 0; i < 8; ++i) {
         box.positions.insert(box.positions.end(),
                              {i & 1 ? 1.0f : -1.0f, i & 2 ? 1.0f : -1.0f, i & 4 ? 1.0f : -1.0f});
@@ -74,13 +89,23 @@ TEST(NormalGenerator, ABoxKeepsItsEdges) {
     }
 }
 
-TEST(NormalGenerator, ABallIsSmooth) {
-    auto surface = ball(24);
+TEST_P(NormalGeneratorOf, ABallIsSmooth) {
+    auto surface = ball(24, GetParam());
     const auto normals = surface.normals();
     EXPECT_EQ(surface.stream.count, 24 * 25);
     for (std::size_t corner = 0; corner < normals.size(); ++corner) {
         EXPECT_GT(normals[corner].dot(surface.position(surface.corners[corner])), 0.97f);
     }
+}
+
+INSTANTIATE_TEST_SUITE_P(Faces, NormalGeneratorOf, ::testing::Values(false, true),
+                         [](const auto& test) { return test.param ? "Polygons" : "Triangles"; });
+
+TEST(NormalGenerator, AConcavePolygonFacesWhereMostOfItDoes) {
+    Surface arrow;  // Its second corner is the reflex one.
+    arrow.positions = {-2, -2, 0, 0, 1, 0, 2, -2, 0, 0, 4, 0};
+    arrow.addFace({1, 0, 3, 2});
+    for (const auto& normal : arrow.normals()) EXPECT_EQ(normal.z(), -1.0f);
 }
 
 TEST(NormalGenerator, EveryCornerGetsAUnitNormalWhateverTheFaces) {
@@ -89,8 +114,8 @@ TEST(NormalGenerator, EveryCornerGetsAUnitNormalWhateverTheFaces) {
     odd.positions = {0, 0, 0,    1,    0,      0, huge, 0, 0, 0, -huge,
                      0, 0, huge, huge, 1e-30f, 0, 0,    0, 1, 0};
     for (unsigned int i = 0; i < 7; ++i) {
-        for (unsigned int j = 0; j < 7; ++j)
-            odd.corners.insert(odd.corners.end(), {i, j, (i * j) % 7});
+        for (unsigned int j = 0; j < 7; ++j) odd.addFace({i, j, (i * j) % 7});
+        odd.addFace({i, 1, 2, 3, 4, 5, 6});
     }
     for (const auto& normal : odd.normals()) EXPECT_NEAR(normal.norm(), 1.0f, 1e-3f);
 }
@@ -102,7 +127,7 @@ TEST(NormalGenerator, AFanOfManyFacesCostsNoSquare) {
     for (unsigned int i = 0; i < faces; ++i) {
         const float angle = 6.2831853f * static_cast<float>(i) / static_cast<float>(faces);
         fan.positions.insert(fan.positions.end(), {std::cos(angle), std::sin(angle), 0});
-        fan.corners.insert(fan.corners.end(), {0, i + 1, (i + 1) % faces + 1});
+        fan.addFace({0, i + 1, (i + 1) % faces + 1});
     }
     EXPECT_NEAR(fan.normals()[0].z(), 1.0f, 1e-3f);  // Would take hours otherwise.
 }

@@ -50,9 +50,32 @@ ModelDocument sampleDocument() {
     return document;
 }
 
+ModelDocument skinnedDocument() {
+    auto document = sampleDocument();
+    document.nodes.push_back(node("hip", 0, {}));
+    document.nodes.push_back(node("shin", 3, {}));
+    document.nodes.push_back(node("knee", 4, {}));
+    document.nodes.push_back(node("leg", 0, {2}));
+    ModelMesh mesh;
+    mesh.name = "leg";
+    mesh.positions = {0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0, 0, 1, 0, 0, 1, 0, 1, 2, 0, 0, 2, 0};
+    mesh.triangles = {4, 6, 7, 5, 2, 6};
+    mesh.polygonSizes = {4};
+    mesh.polygons = {0, 1, 2, 3};
+    mesh.skin.bones.resize(2);
+    mesh.skin.bones[0].node = 3;
+    mesh.skin.bones[1].node = 5;
+    mesh.skin.bones[1].inverseBind[13] = -1.0f;
+    mesh.skin.counts = {1, 0, 2, 1, 1, 1, 3, 1};
+    mesh.skin.influences = {0, 0, 1, 0, 1, 0, 1, 1, 0, 1};
+    mesh.skin.weights = {1, 0.5f, 0.5f, 1, 1, 1, 0.25f, 0.125f, 0.5f, 1};
+    document.meshes.push_back(mesh);
+    return document;
+}
+
 WorkerAnswer sampleAnswer() {
     WorkerAnswer answer;
     answer.status = WorkerAnswer::DONE;
-    answer.document = sampleDocument();
+    answer.document = skinnedDocument();
     return answer;
 }

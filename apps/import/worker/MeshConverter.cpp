@@ -6,7 +6,6 @@
 
 #include <assimp/mesh.h>
 
-#include "apps/import/ImportError.h"
 #include "apps/import/worker/AssimpValues.h"
 
 namespace vantorix::apps::import {
@@ -47,16 +46,25 @@ std::size_t repairNormals(std::vector<float>& normals) {
 ModelMesh MeshConverter::convert(const aiMesh& source) {
     ModelMesh mesh;
     mesh.name = textOf(source.mName);
-    vertices_ += source.mNumVertices;
-    faces_ += source.mNumFaces;
-    requireWithin("vertices", vertices_, limits_.vertices);
-    requireWithin("faces", faces_, limits_.faces);
+    count(source);
     convertMaterial(source, mesh);
     convertVertices(source, mesh);
     convertTexCoords(source, mesh);
     convertFaces(source, mesh);
     repair(mesh);
     return mesh;
+}
+
+/// Before anything is copied.
+void MeshConverter::count(const aiMesh& source) {
+    totals_.vertices += source.mNumVertices;
+    totals_.faces += source.mNumFaces;
+    totals_.requireWithin(limits_);
+    if (!source.mFaces) return;
+    for (unsigned int i = 0; i < source.mNumFaces; ++i) {
+        totals_.corners += source.mFaces[i].mNumIndices;
+    }
+    totals_.requireWithin(limits_);
 }
 
 void MeshConverter::convertMaterial(const aiMesh& source, ModelMesh& mesh) {
@@ -86,22 +94,24 @@ void MeshConverter::convertTexCoords(const aiMesh& source, ModelMesh& mesh) {
 
 void MeshConverter::convertFaces(const aiMesh& source, ModelMesh& mesh) {
     if (!source.mFaces) return;
-    const std::size_t vertices = mesh.positions.size() / 3;
+    const std::uint64_t vertices = mesh.countVertices();
     std::size_t lines = 0;
     std::size_t outside = 0;
-    mesh.triangles.reserve(std::size_t{source.mNumFaces} * 3);
     for (const aiFace *face = source.mFaces, *end = face + source.mNumFaces; face != end; ++face) {
-        if (face->mNumIndices != 3 || !face->mIndices) {
+        const auto *const first = face->mIndices, *const last = first + face->mNumIndices;
+        if (face->mNumIndices < 3 || !first) {
             ++lines;
-        } else if (std::any_of(face->mIndices, face->mIndices + 3,
-                               [vertices](unsigned int index) { return index >= vertices; })) {
+        } else if (std::any_of(first, last, [vertices](auto index) { return index >= vertices; })) {
             ++outside;
+        } else if (face->mNumIndices == 3) {
+            mesh.triangles.insert(mesh.triangles.end(), first, last);
         } else {
-            mesh.triangles.insert(mesh.triangles.end(), face->mIndices, face->mIndices + 3);
+            mesh.polygonSizes.push_back(face->mNumIndices);
+            mesh.polygons.insert(mesh.polygons.end(), first, last);
         }
     }
     note(mesh, lines, "points, lines or broken polygons dropped");
-    note(mesh, outside, "triangles with a vertex number out of range dropped");
+    note(mesh, outside, "faces with a vertex number out of range dropped");
 }
 
 void MeshConverter::repair(ModelMesh& mesh) {

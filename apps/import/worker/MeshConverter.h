@@ -4,13 +4,15 @@
 
 #include "apps/import/ImportLimits.h"
 #include "apps/import/ImportReport.h"
+#include "apps/import/MeshTotals.h"
 #include "apps/import/ModelDocument.h"
 
 struct aiMesh;
 
 namespace vantorix::apps::import {
 
-/// Copies the triangles of meshes, every index, count and float checked.
+/// Copies the faces of meshes, every index, count and float checked. Skins come later: they refer
+/// to nodes.
 class MeshConverter {
 public:
     /// @p materialCount is the number of materials that a mesh can refer to.
@@ -26,13 +28,13 @@ private:
     void convertTexCoords(const aiMesh& source, ModelMesh& mesh);
     void convertFaces(const aiMesh& source, ModelMesh& mesh);
     void repair(ModelMesh& mesh);
+    void count(const aiMesh& source);
     void note(const ModelMesh& mesh, std::size_t count, const char* what);
 
     ImportLimits limits_;
     std::size_t materialCount_;
     ImportReport& report_;
-    std::uint64_t vertices_ = 0;
-    std::uint64_t faces_ = 0;
+    MeshTotals totals_;
 };
 
 }  // namespace vantorix::apps::import

@@ -9,6 +9,8 @@
 #include "apps/import/worker/AssimpValues.h"
 #include "apps/import/worker/MaterialConverter.h"
 #include "apps/import/worker/MeshConverter.h"
+#include "apps/import/worker/NodeNames.h"
+#include "apps/import/worker/SkinConverter.h"
 #include "apps/import/worker/TextureConverter.h"
 #include "apps/import/worker/ViewConverter.h"
 
@@ -41,7 +43,9 @@ ModelDocument SceneConverter::convert(const std::string& format) {
     convertMeshes();
     convertTextures();
     convertNodes();
-    convertViews();
+    const NodeNames names(document_.nodes);
+    convertSkins(names);
+    convertViews(names);
     document_.notes = report_.getNotes();
     if (report_.getOmittedCount() > 0) {
         document_.notes.push_back("and " + std::to_string(report_.getOmittedCount()) +
@@ -135,10 +139,17 @@ void SceneConverter::convertTextures() {
     }
 }
 
-void SceneConverter::convertViews() {
+void SceneConverter::convertSkins(const NodeNames& names) {
+    SkinConverter converter(limits_, names, report_);
+    for (std::size_t i = 0; i < document_.meshes.size(); ++i) {
+        if (scene_.mMeshes[i]) converter.convert(*scene_.mMeshes[i], document_.meshes[i]);
+    }
+}
+
+void SceneConverter::convertViews(const NodeNames& names) {
     requireWithin("cameras", scene_.mNumCameras, limits_.items);
     requireWithin("lights", scene_.mNumLights, limits_.items);
-    ViewConverter converter(document_, report_);
+    ViewConverter converter(document_.format, names, report_);
     forEach(scene_.mCameras, scene_.mNumCameras, [&](const aiCamera& camera) {
         document_.cameras.push_back(converter.convert(camera));
     });

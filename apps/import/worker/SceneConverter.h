@@ -11,6 +11,8 @@ struct aiScene;
 
 namespace vantorix::apps::import {
 
+class NodeNames;
+
 /// Copies what Assimp read into a document that passes checkDocument: nothing that Assimp
 /// returns is used before it is checked, and what cannot be kept is noted and left out.
 class SceneConverter {
@@ -29,7 +31,8 @@ private:
     void convertMaterials();
     void convertMeshes();
     void convertTextures();
-    void convertViews();
+    void convertSkins(const NodeNames& names);
+    void convertViews(const NodeNames& names);
 
     const aiScene& scene_;
     ImportLimits limits_;

@@ -7,6 +7,7 @@
 #include <assimp/light.h>
 
 #include "apps/import/worker/AssimpValues.h"
+#include "apps/import/worker/NodeNames.h"
 
 namespace vantorix::apps::import {
 namespace {
@@ -76,13 +77,10 @@ float finiteOr(float value, float otherwise) { return std::isfinite(value) ? val
 
 }  // namespace
 
-ViewConverter::ViewConverter(const ModelDocument& document, ImportReport& report)
+ViewConverter::ViewConverter(const std::string& format, const NodeNames& nodes,
+                             ImportReport& report)
     // Assimp's glTF readers store the height's angle times the aspect ratio.
-    : report_(report), cameraHeightsGiven_(document.format.rfind("glTF", 0) == 0) {
-    for (std::size_t i = 0; i < document.nodes.size(); ++i) {
-        nodes_.emplace(document.nodes[i].name, static_cast<std::uint32_t>(i));
-    }
-}
+    : nodes_(nodes), report_(report), cameraHeightsGiven_(format.rfind("glTF", 0) == 0) {}
 
 ModelCamera ViewConverter::convert(const aiCamera& source) {
     ModelCamera camera;
@@ -116,7 +114,7 @@ ModelLight ViewConverter::convert(const aiLight& source) {
 
 std::uint32_t ViewConverter::nodeNamed(const std::string& name, const char* kind) {
     const auto found = nodes_.find(name);
-    if (found != nodes_.end()) return found->second;
+    if (found) return *found;
     report_.add(std::string(kind) + " \"" + name + "\" names no node and is put at the root");
     return 0;
 }

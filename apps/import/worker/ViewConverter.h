@@ -1,6 +1,5 @@
 #pragma once
 
-#include <map>
 #include <string>
 
 #include "apps/import/ImportReport.h"
@@ -11,11 +10,13 @@ struct aiLight;
 
 namespace vantorix::apps::import {
 
+class NodeNames;
+
 /// Turns cameras and lights, which Assimp attaches to nodes by name, into placed records.
 class ViewConverter {
 public:
-    /// Refers to @p nodes, which must be complete, and to @p report.
-    ViewConverter(const ModelDocument& document, ImportReport& report);
+    /// Refers to @p nodes and @p report. @p format is the name of the file format.
+    ViewConverter(const std::string& format, const NodeNames& nodes, ImportReport& report);
 
     ModelCamera convert(const aiCamera& source);
     ModelLight convert(const aiLight& source);
@@ -23,9 +24,9 @@ public:
 private:
     std::uint32_t nodeNamed(const std::string& name, const char* kind);
 
+    const NodeNames& nodes_;
     ImportReport& report_;
     bool cameraHeightsGiven_;
-    std::map<std::string, std::uint32_t> nodes_;
 };
 
 }  // namespace vantorix::apps::import

@@ -53,7 +53,8 @@ std::string formatName(const Assimp::Importer& importer) {
 ModelDocument readModel(Assimp::Importer& importer, const WorkerRequest& request) {
     importer.SetIOHandler(new RegularFileSystem(request.limits.fileBytes));  // Takes it over.
     importer.SetPropertyBool(AI_CONFIG_IMPORT_FBX_PRESERVE_PIVOTS, false);
-    const aiScene* const scene = importer.ReadFile(request.file, aiProcess_Triangulate);
+    const aiScene* const scene = importer.ReadFile(
+        request.file, request.triangulate ? static_cast<unsigned int>(aiProcess_Triangulate) : 0u);
     if (!scene) {
         if (memoryRanOut) throw std::bad_alloc();
         throw RefusedError(reasonFrom(importer, request.file));

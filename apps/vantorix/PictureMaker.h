@@ -1,0 +1,43 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "apps/import/ImportOptions.h"
+#include "apps/render/SceneRenderer.h"
+
+namespace vantorix::apps::cli {
+
+class Console;
+class LoadedModel;
+
+/// Draws loaded models for commands: failures and remarks name the model's file.
+class PictureMaker {
+public:
+    explicit PictureMaker(const Console& console) : console_(console) {}
+
+    /// Loads a model while the graphics driver starts, which takes about as long as a small model.
+    /// @throws Failure
+    std::unique_ptr<LoadedModel> load(const std::string& file,
+                                      const import::ImportOptions& options = {});
+
+    /// A picture without background. What could not be done as asked becomes a warning.
+    /// @throws Failure
+    render::Picture draw(const LoadedModel& model, const render::View& view);
+
+private:
+    void report(const std::string& file, const render::Rendering& rendering,
+                const render::View& view) const;
+
+    const Console& console_;
+    std::unique_ptr<render::SceneRenderer> renderer_;
+};
+
+/// Writes @p picture as a PNG file. @throws Failure
+void savePicture(const render::Picture& picture, const std::string& path);
+
+/// Sets the size of @p view from "WIDTHxHEIGHT". @throws Failure when @p text is none, or too
+/// large.
+void parseSize(const std::string& text, render::View& view);
+
+}  // namespace vantorix::apps::cli

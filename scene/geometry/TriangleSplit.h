@@ -1,0 +1,55 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "scene/geometry/FaceAssembler.h"
+#include "scene/geometry/RefinedValues.h"
+#include "scene/geometry/StreamMapping.h"
+
+namespace vantorix::scene {
+
+class Mesh;
+class RefinedInfluences;
+
+/// The split of a list of triangles, each into four at the midpoints of its edges. It is prepared
+/// beside the mesh, so that a failure half-way leaves the mesh as it was.
+class TriangleSplit {
+public:
+    /// @param faces  reads the records of @p count triangles, @p stride indices each.
+    TriangleSplit(const FaceAssembler& faces, std::size_t stride, std::size_t count);
+
+    /// @param influences  when not null, gets those of each new position, in order.
+    /// @param vertices    per corner of each triangle, the vertex of the skin.
+    void run(RefinedInfluences* influences, const std::vector<unsigned int>& vertices);
+
+    std::vector<unsigned int>& indices() { return indices_; }
+    /// How the new records lead to the new streams, through the vertices mappings @p verticesID.
+    std::vector<StreamMapping> makeMappings(const std::string& verticesID) const;
+    /// Replaces all streams and vertices mappings of @p mesh.
+    void storeStreams(Mesh& mesh) const;
+
+private:
+    /// Whether each corner of each triangle has a value; false without triangles.
+    bool areComplete(StreamSemantic semantic) const;
+    std::size_t recordSize() const;
+
+    template <typename Values, typename OnNew>
+    void split(Values& values, StreamSemantic semantic, std::size_t triangle, std::size_t slot,
+               OnNew onNew);
+    std::array<FaceAssembler::Value, 3> corners(StreamSemantic semantic,
+                                                std::size_t triangle) const;
+
+    const FaceAssembler& faces_;
+    std::size_t stride_;
+    std::size_t count_;
+    RefinedValues<3> positions_;
+    std::optional<RefinedValues<3>> normals_;
+    std::optional<RefinedValues<2>> textureCoordinates_;
+    std::vector<unsigned int> indices_;
+};
+
+}  // namespace vantorix::scene

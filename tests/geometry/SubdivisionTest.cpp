@@ -1,0 +1,468 @@
+#include <array>
+#include <cmath>
+#include <map>
+#include <random>
+#include <set>
+
+#include "scene/controller/Controller.h"
+#include "scene/controller/Skin.h"
+#include "scene/geometry/TriangleMeshPrimitive.h"
+#include "tests/geometry/GeometrySupport.h"
+
+namespace vantorix::scene {
+namespace {
+
+using Eigen::Vector2f;
+using Eigen::Vector3f;
+
+/// A mesh of one triangle primitive whose positions are reached through VERTEX.
+struct TriangleMesh {
+    boost::shared_ptr<Mesh> mesh;
+    boost::shared_ptr<TriangleMeshPrimitive> primitive;
+
+    TriangleMesh(const Floats& positions, const std::vector<StreamMapping>& mappings,
+                 const Indices& indices)
+        : mesh(makeMesh(positions)),
+          primitive(boost::make_shared<TriangleMeshPrimitive>(mesh, mappings, indices)) {
+        mesh->addPrimitive(primitive);
+    }
+    TriangleMesh(const Floats& positions, const Indices& indices)
+        : TriangleMesh(positions, {StreamMapping(VERTEX, {}, 0)}, indices) {}
+};
+
+/// Three weights per vertex, one of them shared by all.
+boost::shared_ptr<Controller> makeSkin(const boost::shared_ptr<Mesh>& mesh,
+                                       const std::vector<std::vector<std::pair<int, float>>>& all) {
+    const auto skin = boost::make_shared<Skin>(mesh);
+    std::vector<unsigned int> counts;
+    std::vector<int> pairs;
+    Floats weights;
+    for (const auto& vertex : all) {
+        counts.push_back(static_cast<unsigned int>(vertex.size()));
+        for (const auto& [joint, weight] : vertex) {
+            pairs.push_back(joint);
+            pairs.push_back(static_cast<int>(weights.size()));
+            weights.push_back(weight);
+        }
+    }
+    skin->setStreams({makeStream("weights", 1, weights)});
+    skin->setVertexWeightsInput("WEIGHT", "weights");
+    skin->setVCount(counts);
+    skin->setV(pairs);
+    const auto controller = boost::make_shared<Controller>("controller", "");
+    controller->setSkin(skin);
+    return controller;
+}
+
+struct Subdivision : QuietTest {};
+
+TEST_F(Subdivision, ATriangleBecomesFourOfSixPositions) {
+    TriangleMesh one({0, 0, 0, 2, 0, 0, 0, 2, 0}, {0, 1, 2});
+    one.primitive->setMaterialSymbol("skin");
+    one.mesh->subDivide({});
+
+    EXPECT_EQ(one.primitive->getIndexStream(), (Indices{0, 1, 2, 1, 3, 2, 1, 4, 3, 2, 3, 5}));
+    const auto stream = one.mesh->getStream("VTX_SUBDIVIDE_POSITION_STREAM");
+    ASSERT_TRUE(stream);
+    EXPECT_EQ(stream->values, (Floats{0, 0, 0, 1, 0, 0, 0, 1, 0, 1, 1, 0, 2, 0, 0, 0, 2, 0}));
+    EXPECT_EQ(stream->count, 6);
+    EXPECT_FALSE(stream->allowDuplicates);
+    EXPECT_EQ(one.mesh->getStreams().size(), 1u);
+    ASSERT_EQ(one.primitive->getStreamMapping().size(), 1u);
+    const auto& vertex = one.primitive->getStreamMapping()[0];
+    EXPECT_EQ(vertex.semantic, VERTEX);
+    EXPECT_EQ(vertex.stream->name, one.mesh->getVerticesID());
+    EXPECT_EQ(vertex.stream->stride, 0);
+    EXPECT_EQ(one.primitive->getMaterialSymbol(), "skin");
+    EXPECT_EQ(one.primitive->getCount(), 4u);
+}
+
+TEST_F(Subdivision, NormalsAndTextureCoordinatesGetAnOffsetEach) {
+    const std::vector<StreamMapping> mappings = {
+        StreamMapping(VERTEX, {}, 0),
+        StreamMapping(NORMAL, makeStream("n", 3, {0, 0, 2, 0, 3, 0}), 1),
+        StreamMapping(TEXCOORD0, makeStream("t", 2, {0, 0, 1, 0, 0, 1}), 2)};
+    TriangleMesh one({0, 0, 0, 2, 0, 0, 0, 2, 0}, mappings, {0, 0, 0, 1, 0, 1, 2, 1, 2});
+    one.mesh->subDivide({});
+
+    const auto normals = one.mesh->getStream("VTX_SUBDIVIDE_NORMAL_STREAM");
+    const auto between = Vector3f(0, 1.5f, 1).normalized();
+    ASSERT_TRUE(normals);
+    EXPECT_EQ(normals->values,
+              (Floats{0, 0, 2, 0, 0, 1, between.x(), between.y(), between.z(), 0, 3, 0}));
+    const auto textures = one.mesh->getStream("VTX_SUBDIVIDE_UV_STREAM");
+    ASSERT_TRUE(textures);
+    EXPECT_EQ(textures->values, (Floats{0, 0, 0.5f, 0, 0, 0.5f, 0.5f, 0.5f, 1, 0, 0, 1}));
+    EXPECT_EQ(one.primitive->getStreamMapping()[1].offset, 1);
+    EXPECT_EQ(one.primitive->getStreamMapping()[2].offset, 2);
+    // The corners of the second face: mAB, mBC, mAC.
+    const auto& indices = one.primitive->getIndexStream();
+    EXPECT_EQ(Indices(indices.begin() + 9, indices.begin() + 18),
+              (Indices{1, 1, 1, 3, 2, 3, 2, 2, 2}));
+}
+
+TEST_F(Subdivision, WhatOneCornerLacksIsDroppedForAll) {
+    const std::vector<StreamMapping> mappings = {
+        StreamMapping(VERTEX, {}, 0), StreamMapping(NORMAL, makeStream("n", 3, {0, 0, 1}), 1),
+        StreamMapping(TEXCOORD0, makeStream("t", 2, {0, 0}), 2)};
+    TriangleMesh two({0, 0, 0, 2, 0, 0, 0, 2, 0}, mappings,
+                     {0, 0, 0, 1, 0, 0, 2, 0, 0, 0, 0, 0, 2, 7, 0, 1, 0, 0});
+    two.mesh->subDivide({});
+    EXPECT_FALSE(two.mesh->getStream("VTX_SUBDIVIDE_NORMAL_STREAM"));
+    EXPECT_TRUE(two.mesh->getStream("VTX_SUBDIVIDE_UV_STREAM"));
+    EXPECT_EQ(two.primitive->getIndexStreamStride(), 2);
+    EXPECT_EQ(two.primitive->getIndexStream().size(), 48u);
+    EXPECT_EQ(two.primitive->getTriangleAt(7)->getVertexAt(2)->getElementCount(), 2u);
+}
+
+TEST_F(Subdivision, TheStreamsOfAnotherPrimitiveAreLost) {
+    TriangleMesh first({0, 0, 0, 2, 0, 0, 0, 2, 0}, {0, 1, 2});
+    const auto second = boost::make_shared<TriangleMeshPrimitive>(
+        first.mesh, std::vector<StreamMapping>{StreamMapping(VERTEX, {}, 0)}, Indices{0, 1, 2});
+    first.mesh->addPrimitive(second);
+    first.mesh->subDivide({});
+    EXPECT_EQ(first.mesh->getStreams().size(), 1u);
+    // The second was split where the first has left new positions: (0,0,0), (1,0,0), (0,1,0).
+    EXPECT_EQ(floatsOf(second->getTriangleAt(3)->getVertexAt(2)->getPosition()), (Floats{0, 1, 0}));
+}
+
+TEST_F(Subdivision, WithoutTrianglesOrMeshThereIsNothingToSplit) {
+    TriangleMesh none({0, 0, 0}, {0, 0});
+    none.mesh->subDivide({});
+    EXPECT_EQ(none.primitive->getCount(), 0u);
+    EXPECT_FALSE(none.mesh->getStream("VTX_SUBDIVIDE_NORMAL_STREAM"));
+
+    TriangleMesh orphan({0, 0, 0, 2, 0, 0, 0, 2, 0}, {0, 1, 2});
+    orphan.mesh.reset();
+    orphan.primitive->subDivide({});
+    EXPECT_EQ(orphan.primitive->getIndexStream(), (Indices{0, 1, 2}));
+}
+
+TEST_F(Subdivision, ASkinFollowsItsPositions) {
+    TriangleMesh one({0, 0, 0, 2, 0, 0, 0, 2, 0}, {0, 1, 2});
+    const auto controller = makeSkin(one.mesh, {{{0, 1}}, {{0, 0.5f}, {3, 0.5f}}, {}});
+    one.mesh->subDivide(controller);
+    const auto& skin = *controller->getSkin();
+    EXPECT_EQ(skin.getVCount(), (std::vector<unsigned int>{1, 2, 1, 2, 2, 0}));
+    EXPECT_EQ(skin.getV(), (std::vector<int>{0, 0, 0, 1, 3, 2, 0, 0, 0, 3, 3, 3, 0, 3, 3, 3}));
+    EXPECT_EQ(skin.getVertexWeightsInput("WEIGHT")->values, (Floats{1, 0.75f, 0.25f, 0.5f}));
+    EXPECT_EQ(skin.getStreams()[0], skin.getVertexWeightsInput("WEIGHT"));
+
+    one.mesh->subDivide(boost::make_shared<Controller>("no skin", ""));
+    EXPECT_EQ(skin.getVCount().size(), 6u);
+}
+
+// Against a model that takes every step for every corner, and searches from the front.
+
+using Bytes = std::vector<unsigned char>;
+template <typename Value>
+Bytes bytesOf(const Value& value) {
+    const auto* const first = reinterpret_cast<const unsigned char*>(value.data());
+    return Bytes(first, first + static_cast<std::size_t>(value.size()) * sizeof(float));
+}
+
+/// The midpoint that the first triangle to meet the edge gives it.
+template <typename Value>
+struct ModelMidpoints {
+    std::map<std::set<Bytes>, Value> known;
+
+    Value operator()(const Value& from, const Value& to) {
+        return known.emplace(std::set<Bytes>{bytesOf(from), bytesOf(to)}, from + (to - from) * 0.5f)
+            .first->second;
+    }
+};
+
+template <typename Value, typename Midpoint>
+std::vector<Value> modelCorners(const std::array<Value, 3>& corner, Midpoint&& midpoint) {
+    const Value ab = midpoint(corner[0], corner[1]);
+    const Value ac = midpoint(corner[0], corner[2]);
+    const Value bc = midpoint(corner[1], corner[2]);
+    return {corner[0], ab, ac, ab, bc, ac, ab, corner[1], bc, ac, bc, corner[2]};
+}
+
+Vector3f modelNormal(const Vector3f& from, const Vector3f& to) {
+    return ((from + to) / 2.0f).normalized();
+}
+
+struct ModelValues {
+    int stride;
+    Floats values;
+
+    /// The place of the first equal tuple, which is appended when there is none.
+    template <typename Value>
+    unsigned int insert(const Value& value) {
+        for (std::size_t i = 0; i < values.size(); i += static_cast<std::size_t>(stride)) {
+            const Eigen::Map<const Value> tuple(&values[i]);
+            if (bytesOf(Value(tuple)) == bytesOf(value)) {
+                return static_cast<unsigned int>(i) / static_cast<unsigned int>(stride);
+            }
+        }
+        values.insert(values.end(), value.data(), value.data() + stride);
+        return static_cast<unsigned int>(values.size()) / static_cast<unsigned int>(stride) - 1;
+    }
+};
+
+using Influences = std::pair<std::vector<int>, Floats>;
+
+std::vector<Influences> modelInfluences(const Skin& skin, const unsigned int* corner) {
+    const auto at = [&](unsigned int vertex) {
+        Influences result;
+        skin.getVertexJointsAndWeights(vertex, result.first, result.second);
+        return result;
+    };
+    const auto between = [&](unsigned int a, unsigned int b) {
+        Influences result;
+        skin.calculateNewJointsAndWeights(a, b, result.first, result.second);
+        return result;
+    };
+    const auto ab = between(corner[0], corner[1]);
+    const auto ac = between(corner[0], corner[2]);
+    const auto bc = between(corner[1], corner[2]);
+    return {at(corner[0]), ab, ac, ab, bc, ac, ab, at(corner[1]), bc, ac, bc, at(corner[2])};
+}
+
+/// A random mesh whose positions, normals and texture coordinates repeat by value and by index.
+struct RandomMesh {
+    explicit RandomMesh(unsigned int seed) : random(seed) {
+        vertices = makeStream("p", 3, values(60));
+        normals = makeStream("n", 3, values(30));
+        textures = makeStream("t", 2, values(40));
+        std::vector<StreamMapping> mappings = {StreamMapping(VERTEX, {}, 0)};
+        sharesNormals = seed % 3 == 0;
+        hasTextures = seed % 2 == 0;
+        if (!sharesNormals) mappings.emplace_back(NORMAL, normals, 1);
+        if (hasTextures) mappings.emplace_back(TEXCOORD0, textures, 2);
+        for (int corner = 0; corner < 3 * 40; ++corner) {
+            for (std::size_t i = 0; i < mappings.size(); ++i) indices.push_back(below(10));
+        }
+        stride = mappings.size();
+        mesh = boost::make_shared<Mesh>("m", "");
+        mesh->addVerticesMapping(StreamMapping(POSITION, vertices, 0));
+        if (sharesNormals) mesh->addVerticesMapping(StreamMapping(NORMAL, normals, 0));
+        primitive = boost::make_shared<TriangleMeshPrimitive>(mesh, mappings, indices);
+        mesh->addPrimitive(primitive);
+    }
+
+    unsigned int below(unsigned int limit) { return static_cast<unsigned int>(random()) % limit; }
+
+    Floats values(std::size_t count) {
+        // Few different ones, thirds among them: their sums round, and -0 is there beside 0.
+        const float choices[] = {0.0f, -0.0f, 1 / 3.0f, -0.7f, 1e8f, 0.1f};
+        Floats list(count);
+        for (auto& value : list) value = choices[below(6)];
+        return list;
+    }
+
+    template <int Size>
+    std::array<Eigen::Matrix<float, Size, 1>, 3> read(const Stream& stream, std::size_t slot,
+                                                      std::size_t triangle) const {
+        std::array<Eigen::Matrix<float, Size, 1>, 3> corners;
+        for (std::size_t i = 0; i < 3; ++i) {
+            const std::size_t tuple = indices[(3 * triangle + i) * stride + slot];
+            const auto& floats = stream.values;
+            corners[i] = Eigen::Map<const Eigen::Matrix<float, Size, 1>>(&floats[tuple * Size]);
+        }
+        return corners;
+    }
+
+    std::mt19937 random;
+    boost::shared_ptr<Stream> vertices, normals, textures;
+    boost::shared_ptr<Mesh> mesh;
+    boost::shared_ptr<TriangleMeshPrimitive> primitive;
+    Indices indices;
+    std::size_t stride = 0;
+    bool sharesNormals = false;
+    bool hasTextures = false;
+};
+
+struct SubdivisionModel : QuietTest, ::testing::WithParamInterface<unsigned int> {};
+
+TEST_P(SubdivisionModel, GivesTheSameStreamsRecordsAndInfluences) {
+    RandomMesh random(GetParam());
+    std::vector<std::vector<std::pair<int, float>>> vertices(9);  // One less than positions.
+    for (auto& vertex : vertices) {
+        for (auto count = random.below(4); count > 0; --count) {
+            vertex.emplace_back(random.below(5), static_cast<float>(random.below(8)) / 4.0f);
+        }
+    }
+    const auto controller = makeSkin(random.mesh, vertices);
+    const Skin before = *controller->getSkin();
+
+    ModelValues positions{3, {}}, normals{3, {}}, textures{2, {}}, weights{1, {}};
+    ModelMidpoints<Vector3f> middlePosition;
+    ModelMidpoints<Vector2f> middleTexture;
+    Indices records;
+    std::vector<unsigned int> counts;
+    std::vector<int> pairs;
+    for (std::size_t triangle = 0; triangle < 40; ++triangle) {
+        const auto p = modelCorners(random.read<3>(*random.vertices, 0, triangle), middlePosition);
+        const auto n = modelCorners(
+            random.read<3>(*random.normals, random.sharesNormals ? 0 : 1, triangle), modelNormal);
+        std::array<unsigned int, 3> corner;
+        for (std::size_t i = 0; i < 3; ++i) {
+            corner[i] = random.indices[(3 * triangle + i) * random.stride];
+        }
+        const auto influences = modelInfluences(before, corner.data());
+        std::vector<Vector2f> t(12);
+        if (random.hasTextures) {
+            t = modelCorners(random.read<2>(*random.textures, random.stride - 1, triangle),
+                             middleTexture);
+        }
+        for (std::size_t k = 0; k < 12; ++k) {
+            const std::size_t known = positions.values.size();
+            records.push_back(positions.insert(p[k]));
+            records.push_back(normals.insert(n[k]));
+            if (random.hasTextures) records.push_back(textures.insert(t[k]));
+            if (positions.values.size() == known) continue;
+            counts.push_back(static_cast<unsigned int>(influences[k].first.size()));
+            for (std::size_t i = 0; i < influences[k].first.size(); ++i) {
+                const Eigen::Matrix<float, 1, 1> weight(influences[k].second[i]);
+                pairs.push_back(influences[k].first[i]);
+                pairs.push_back(static_cast<int>(weights.insert(weight)));
+            }
+        }
+    }
+
+    random.mesh->subDivide(controller);
+    const auto& mesh = *random.mesh;
+    EXPECT_EQ(random.primitive->getIndexStream(), records);
+    EXPECT_TRUE(
+        haveSameBytes(mesh.getStream("VTX_SUBDIVIDE_POSITION_STREAM")->values, positions.values));
+    EXPECT_TRUE(
+        haveSameBytes(mesh.getStream("VTX_SUBDIVIDE_NORMAL_STREAM")->values, normals.values));
+    if (random.hasTextures) {
+        EXPECT_TRUE(
+            haveSameBytes(mesh.getStream("VTX_SUBDIVIDE_UV_STREAM")->values, textures.values));
+    }
+    const auto& skin = *controller->getSkin();
+    EXPECT_EQ(skin.getVCount(), counts);
+    EXPECT_EQ(skin.getV(), pairs);
+    EXPECT_TRUE(haveSameBytes(skin.getVertexWeightsInput("WEIGHT")->values, weights.values));
+}
+
+INSTANTIATE_TEST_SUITE_P(Meshes, SubdivisionModel, ::testing::Range(0u, 12u));
+
+// Closed meshes.
+
+/// How often each directed edge occurs.
+std::map<std::pair<unsigned int, unsigned int>, int> directedEdges(const Indices& indices) {
+    std::map<std::pair<unsigned int, unsigned int>, int> edges;
+    for (std::size_t i = 0; i + 2 < indices.size(); i += 3) {
+        for (std::size_t k = 0; k < 3; ++k) ++edges[{indices[i + k], indices[i + (k + 1) % 3]}];
+    }
+    return edges;
+}
+
+bool isClosed(const Indices& indices) {
+    const auto edges = directedEdges(indices);
+    for (const auto& [edge, count] : edges) {
+        const auto opposite = edges.find({edge.second, edge.first});
+        if (count != 1 || opposite == edges.end() || opposite->second != 1) return false;
+    }
+    return !edges.empty();
+}
+
+struct ClosedMesh {
+    const char* name;
+    Floats positions;
+    Indices indices;
+};
+
+void PrintTo(const ClosedMesh& mesh, std::ostream* out) { *out << mesh.name; }
+
+/// Positions whose sums round, so that a midpoint depends on the direction of its edge.
+Floats noisyPositions(std::size_t count) {
+    std::mt19937 random(7);
+    std::uniform_real_distribution<float> noise(-1.0f, 1.0f);
+    Floats positions(3 * count);
+    for (auto& value : positions) value = noise(random);
+    return positions;
+}
+
+ClosedMesh noisyTorus(unsigned int side) {
+    ClosedMesh torus{"torus", noisyPositions(std::size_t{side} * side), {}};
+    for (unsigned int y = 0; y < side; ++y) {
+        for (unsigned int x = 0; x < side; ++x) {
+            const auto at = [&](unsigned int dx, unsigned int dy) {
+                return (y + dy) % side * side + (x + dx) % side;
+            };
+            torus.indices.insert(torus.indices.end(),
+                                 {at(0, 0), at(1, 0), at(1, 1), at(0, 0), at(1, 1), at(0, 1)});
+        }
+    }
+    return torus;
+}
+
+/// Two tips at which more edges meet than a list of them holds.
+ClosedMesh noisyBipyramid(unsigned int sides) {
+    ClosedMesh pyramid{"bipyramid", noisyPositions(sides + 2), {}};
+    for (unsigned int side = 0; side < sides; ++side) {
+        const unsigned int here = 2 + side;
+        const unsigned int next = 2 + (side + 1) % sides;
+        pyramid.indices.insert(pyramid.indices.end(), {0, here, next, 1, next, here});
+    }
+    return pyramid;
+}
+
+struct SubdivisionOfClosedMeshes : QuietTest, ::testing::WithParamInterface<ClosedMesh> {};
+
+TEST_P(SubdivisionOfClosedMeshes, KeepsThemClosed) {
+    TriangleMesh closed(GetParam().positions, GetParam().indices);
+    ASSERT_TRUE(isClosed(closed.primitive->getIndexStream()));
+    for (int time = 0; time < 3; ++time) {
+        const std::size_t edges = directedEdges(closed.primitive->getIndexStream()).size() / 2;
+        const int positions = closed.mesh->getVertices()[0].stream->count;
+        closed.mesh->subDivide({});
+        EXPECT_TRUE(isClosed(closed.primitive->getIndexStream()));
+        EXPECT_EQ(closed.mesh->getVertices()[0].stream->count, positions + static_cast<int>(edges));
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Shapes, SubdivisionOfClosedMeshes,
+                         ::testing::Values(noisyTorus(9), noisyBipyramid(100)),
+                         [](const auto& shape) { return std::string(shape.param.name); });
+
+TEST_F(Subdivision, WeightsStillSumToOneAndJointsAreThoseOfTheNeighbourhood) {
+    auto torus = noisyTorus(8);
+    TriangleMesh skinned(torus.positions, torus.indices);
+    std::mt19937 random(3);
+    std::vector<std::vector<std::pair<int, float>>> vertices(64);
+    for (auto& vertex : vertices) {
+        const float share = static_cast<float>(random() % 100) / 100.0f;
+        const int joint = static_cast<int>(random() % 16);
+        vertex = {{joint, share}, {joint + 16, 1.0f - share}};
+    }
+    const auto controller = makeSkin(skinned.mesh, vertices);
+    const auto original = skinned.primitive->getIndexStream();
+    skinned.mesh->subDivide(controller);
+    skinned.mesh->subDivide(controller);
+
+    const auto& skin = *controller->getSkin();
+    const auto count = static_cast<unsigned int>(skinned.mesh->getVertices()[0].stream->count);
+    ASSERT_EQ(skin.getVCount().size(), count);
+    for (unsigned int vertex = 0; vertex < count; ++vertex) {
+        std::vector<int> joints;
+        Floats weights;
+        skin.getVertexJointsAndWeights(vertex, joints, weights);
+        EXPECT_NEAR(std::accumulate(weights.begin(), weights.end(), 0.0f), 1.0f, 1e-6f);
+    }
+    // Whatever lies in the 16 parts of a triangle is moved by joints of its three corners only.
+    const auto& parts = skinned.primitive->getIndexStream();
+    for (std::size_t triangle = 0; triangle < original.size() / 3; ++triangle) {
+        std::set<int> allowed;
+        for (std::size_t i = 0; i < 3; ++i) {
+            for (const auto& [joint, weight] : vertices[original[3 * triangle + i]]) {
+                allowed.insert(joint);
+            }
+        }
+        for (std::size_t corner = 48 * triangle; corner < 48 * (triangle + 1); ++corner) {
+            std::vector<int> joints;
+            Floats weights;
+            skin.getVertexJointsAndWeights(parts[corner], joints, weights);
+            for (const int joint : joints) EXPECT_TRUE(allowed.count(joint));
+        }
+    }
+}
+
+}  // namespace
+}  // namespace vantorix::scene
