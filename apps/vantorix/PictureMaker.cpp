@@ -51,9 +51,14 @@ std::unique_ptr<LoadedModel> PictureMaker::load(const std::string& file,
 }
 
 render::Picture PictureMaker::draw(const LoadedModel& model, const render::View& view) {
+    return draw(model, view, imagesOf(model.getImport()));
+}
+
+render::Picture PictureMaker::draw(const LoadedModel& model, const render::View& view,
+                                   const render::ImageSource& images) {
     const std::string& file = model.getFile();
     try {
-        auto rendering = renderer_->render(model.getScene(), imagesOf(model.getImport()), view);
+        auto rendering = renderer_->render(model.getScene(), images, view);
         report(file, rendering, view);
         return std::move(rendering.picture);
     } catch (const render::UnknownCamera& error) {

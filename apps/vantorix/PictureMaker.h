@@ -24,6 +24,9 @@ public:
     /// A picture without background. What could not be done as asked becomes a warning.
     /// @throws Failure
     render::Picture draw(const LoadedModel& model, const render::View& view);
+    /// The same with other images than those that came with the model.
+    render::Picture draw(const LoadedModel& model, const render::View& view,
+                         const render::ImageSource& images);
 
 private:
     void report(const std::string& file, const render::Rendering& rendering,
