@@ -69,13 +69,17 @@ std::vector<PointSet> pointsOf(const scene::SceneManager& scene) {
 void MorphCommand::declareOptions(CLI::App& app) {
     app.add_option("--ratio", ratio_, "From 1, which keeps A, to 0, which takes B")
         ->required()
-        ->type_name("R")
-        ->check(CLI::Range(0.0, 1.0));
+        ->type_name("R");
     declareExamples(app,
                     {"vantorix morph smile.glb frown.glb --ratio 0.5 --render between.png",
                      "vantorix morph a.dae b.dae --ratio 0.25 --json"},
                     "Geometries are paired in the order of their IDs, joints by ID. Both models\n"
                     "need as many geometries; those with other numbers of positions stay.");
+}
+
+void MorphCommand::check() {
+    if (ratio_ >= 0.0f && ratio_ <= 1.0f) return;
+    throw Failure(WRONG_USE, fmt::format("--ratio: {} is no number from 0 to 1", ratio_));
 }
 
 void MorphCommand::change(const LoadedModel& target, const LoadedModel& source) {

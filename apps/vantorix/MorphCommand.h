@@ -17,7 +17,7 @@ public:
 
 protected:
     void declareOptions(CLI::App& app) override;
-    void check() override {}
+    void check() override;
     void change(const LoadedModel& target, const LoadedModel& source) override;
     render::ImageSource imagesAfter(const LoadedModel& target,
                                     const LoadedModel& source) const override;

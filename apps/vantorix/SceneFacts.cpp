@@ -1,5 +1,6 @@
 #include "apps/vantorix/SceneFacts.h"
 
+#include <filesystem>
 #include <map>
 
 #include <boost/crc.hpp>
@@ -41,15 +42,40 @@ std::string instanceFact(const InstanceSummary& instance) {
                        fmt::join(instance.skeletons, ", "));
 }
 
-/// Roots are compared with each other: they are numbered by the process.
-std::string pairingID(const NodeSummary& node) { return node.parent < 0 ? "(root)" : node.id; }
+/// The nodes of a model, told one by one.
+class NodeTeller {
+public:
+    NodeTeller(const ModelSummary& summary, const scene::SceneManager& scene)
+        : summary_(summary),
+          scene_(scene),
+          fileName_(std::filesystem::path(summary.file).filename().string()) {}
 
-Facts nodeFacts(const NodeSummary& node, const std::vector<NodeSummary>& nodes,
-                const scene::SceneManager& scene) {
-    const auto parent =
-        node.parent < 0 ? std::string() : pairingID(nodes[static_cast<std::size_t>(node.parent)]);
-    Facts facts{pairingID(node), {{"parent", parent}, {"name", node.name}, {"type", node.type}}};
-    if (const auto found = scene.getNodeByID(node.id)) {
+    Facts tell(const NodeSummary& node) const;
+
+private:
+    std::string pairingText(const NodeSummary& node, const std::string& text) const;
+
+    const ModelSummary& summary_;
+    const scene::SceneManager& scene_;
+    std::string fileName_;
+};
+
+/// Roots are numbered by the process, and some formats have a node named after the file: these are
+/// paired with each other.
+std::string NodeTeller::pairingText(const NodeSummary& node, const std::string& text) const {
+    if (node.parent < 0) return "(root)";
+    return node.parent == 0 && text == fileName_ ? "(file)" : text;
+}
+
+Facts NodeTeller::tell(const NodeSummary& node) const {
+    std::string parent;
+    if (node.parent >= 0) {
+        const auto& above = summary_.nodes[static_cast<std::size_t>(node.parent)];
+        parent = pairingText(above, above.id);
+    }
+    Facts facts{pairingText(node, node.id),
+                {{"parent", parent}, {"name", pairingText(node, node.name)}, {"type", node.type}}};
+    if (const auto found = scene_.getNodeByID(node.id)) {
         const core::utils::Matrix matrix(found->getTransformations().data());
         facts.fields.emplace_back("matrix", matrix.toEventDataString());
     }
@@ -93,11 +119,38 @@ Facts materialFacts(const MaterialSummary& material) {
     return facts;
 }
 
-Facts controllerFacts(const scene::Controller& controller) {
-    Facts facts{controller.getID(), {{"name", controller.getName()}}};
-    const auto geometry = controller.getSourceGeometry();
+Facts sceneFacts(const ModelSummary& summary) {
+    return {
+        "scene",
+        {{"up axis", summary.upAxis}, {"metres per unit", fmt::format("{}", summary.meterUnit)}}};
+}
+
+Facts layerFacts(const LayerSummary& layer) {
+    return {layer.name, {{"number", std::to_string(layer.id)}}};
+}
+
+Facts imageFacts(const ImageSummary& image) { return {image.id, {{"file", image.file}}}; }
+
+Facts cameraFacts(const CameraSummary& camera) {
+    return {camera.id,
+            {{"type", camera.type},
+             {"field of view", fmt::format("{}", camera.yFov)},
+             {"from", fmt::format("{}", camera.zNear)},
+             {"to", fmt::format("{}", camera.zFar)}}};
+}
+
+Facts lightFacts(const LightSummary& light) {
+    const auto& colour = light.colour;
+    return {light.id,
+            {{"type", light.type},
+             {"color", fmt::format("{} {} {}", colour.x(), colour.y(), colour.z())}}};
+}
+
+Facts controllerFacts(const boost::shared_ptr<scene::Controller>& controller) {
+    Facts facts{controller->getID(), {{"name", controller->getName()}}};
+    const auto geometry = controller->getSourceGeometry();
     facts.fields.emplace_back("geometry", geometry ? geometry->getID() : "");
-    const auto skin = controller.getSkin();
+    const auto skin = controller->getSkin();
     if (!skin) return facts;
     for (const auto& stream : skin->getStreams()) {
         const std::vector<float>& values = stream->values;
@@ -168,45 +221,20 @@ std::vector<FactSection> factsOf(const LoadedModel& model) {
     auto& scene = model.getScene();
     const render::SceneGuard guard(scene);
     const auto geometries = scene.getGeometryManager();
-    return {
-        {"scene",
-         {{"scene",
-           {{"up axis", summary.upAxis},
-            {"metres per unit", fmt::format("{}", summary.meterUnit)}}}}},
-        {"nodes",
-         listFacts(summary.nodes,
-                   [&](const auto& node) { return nodeFacts(node, summary.nodes, scene); })},
-        {"layers", listFacts(summary.layers,
-                             [](const auto& layer) {
-                                 return Facts{layer.name, {{"number", std::to_string(layer.id)}}};
-                             })},
-        {"geometries",
-         listFacts(geometries->getIDs(),
-                   [&](const auto& id) { return geometryFacts(id, geometries->getGeometry(id)); })},
-        {"materials", listFacts(summary.materials, materialFacts)},
-        {"images", listFacts(summary.images,
-                             [](const auto& image) {
-                                 return Facts{image.id, {{"file", image.file}}};
-                             })},
-        {"cameras", listFacts(summary.cameras,
-                              [](const auto& camera) {
-                                  return Facts{camera.id,
-                                               {{"type", camera.type},
-                                                {"field of view", fmt::format("{}", camera.yFov)},
-                                                {"from", fmt::format("{}", camera.zNear)},
-                                                {"to", fmt::format("{}", camera.zFar)}}};
-                              })},
-        {"lights", listFacts(summary.lights,
-                             [](const auto& light) {
-                                 return Facts{
-                                     light.id,
-                                     {{"type", light.type},
-                                      {"color", fmt::format("{} {} {}", light.colour.x(),
-                                                            light.colour.y(), light.colour.z())}}};
-                             })},
-        {"controllers", listFacts(scene.getControllersLibrary(), [](const auto& controller) {
-             return controllerFacts(*controller);
-         })}};
+    const NodeTeller nodes(summary, scene);
+    const auto nodeFacts = [&](const NodeSummary& node) { return nodes.tell(node); };
+    const auto shapeFacts = [&](const std::string& id) {
+        return geometryFacts(id, geometries->getGeometry(id));
+    };
+    return {{"scene", {sceneFacts(summary)}},
+            {"nodes", listFacts(summary.nodes, nodeFacts)},
+            {"layers", listFacts(summary.layers, layerFacts)},
+            {"geometries", listFacts(geometries->getIDs(), shapeFacts)},
+            {"materials", listFacts(summary.materials, materialFacts)},
+            {"images", listFacts(summary.images, imageFacts)},
+            {"cameras", listFacts(summary.cameras, cameraFacts)},
+            {"lights", listFacts(summary.lights, lightFacts)},
+            {"controllers", listFacts(scene.getControllersLibrary(), controllerFacts)}};
 }
 
 std::vector<SectionDifference> compareFacts(const std::vector<FactSection>& first,
