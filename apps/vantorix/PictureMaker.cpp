@@ -51,13 +51,23 @@ std::unique_ptr<LoadedModel> PictureMaker::load(const std::string& file,
 }
 
 render::Picture PictureMaker::draw(const LoadedModel& model, const render::View& view) {
-    return render(model, view).picture;
+    return draw(model, view, imagesOf(model.getImport()));
+}
+
+render::Picture PictureMaker::draw(const LoadedModel& model, const render::View& view,
+                                   const render::ImageSource& images) {
+    return render(model, view, images).picture;
 }
 
 render::Rendering PictureMaker::render(const LoadedModel& model, const render::View& view) {
+    return render(model, view, imagesOf(model.getImport()));
+}
+
+render::Rendering PictureMaker::render(const LoadedModel& model, const render::View& view,
+                                       const render::ImageSource& images) {
     const std::string& file = model.getFile();
     try {
-        auto rendering = renderer_->render(model.getScene(), imagesOf(model.getImport()), view);
+        auto rendering = renderer_->render(model.getScene(), images, view);
         report(file, rendering, view);
         return rendering;
     } catch (const render::UnknownCamera& error) {
