@@ -5,6 +5,7 @@
 
 #include "apps/import/AnswerFields.h"
 #include "apps/import/CborGuard.h"
+#include "apps/import/ClipColumns.h"
 #include "apps/import/DocumentCheck.h"
 #include "apps/import/WorkerMessages.h"
 
@@ -119,6 +120,17 @@ void read(const AnswerFields& fields, ModelLight& light) {
     light.fallOffExponent = fallOff[1];
 }
 
+void read(const AnswerFields& fields, ModelClip& clip) {
+    clip.name = fields.text("name");
+    clip.duration = static_cast<float>(fields.number("duration"));
+    ClipColumns columns;
+    columns.nodes = fields.indices("nodes");
+    columns.counts = fields.indices("counts");
+    columns.times = fields.floats("times");
+    columns.values = fields.floats("values");
+    clip.channels = columns.toChannels();
+}
+
 template <typename T>
 void readList(const AnswerFields& fields, const char* key, const ImportLimits& limits,
               std::vector<T>& items) {
@@ -140,6 +152,7 @@ ModelDocument readDocument(const AnswerFields& fields, const ImportLimits& limit
     readList(fields, "textures", limits, document.textures);
     readList(fields, "cameras", limits, document.cameras);
     readList(fields, "lights", limits, document.lights);
+    readList(fields, "clips", limits, document.clips);
     document.notes = fields.texts("notes");
     checkDocument(document, limits);
     return document;

@@ -2,6 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "apps/import/ClipColumns.h"
 #include "apps/import/WorkerMessages.h"
 
 namespace vantorix::apps::import {
@@ -125,6 +126,16 @@ json toJson(const ModelLight& light, ArrayBlock& block) {
             {"fallOff", block.append(std::array{light.fallOffAngle, light.fallOffExponent})}};
 }
 
+json toJson(const ModelClip& clip, ArrayBlock& block) {
+    const ClipColumns columns(clip.channels);
+    return {{"name", clip.name},
+            {"duration", clip.duration},
+            {"nodes", block.append(columns.nodes)},
+            {"counts", block.append(columns.counts)},
+            {"times", block.append(columns.times)},
+            {"values", block.append(columns.values)}};
+}
+
 template <typename T>
 json listToJson(const std::vector<T>& items, ArrayBlock& block) {
     json list = json::array();
@@ -143,6 +154,7 @@ json toJson(const ModelDocument& document, ArrayBlock& block) {
             {"textures", listToJson(document.textures, block)},
             {"cameras", listToJson(document.cameras, block)},
             {"lights", listToJson(document.lights, block)},
+            {"clips", listToJson(document.clips, block)},
             {"notes", document.notes}};
 }
 

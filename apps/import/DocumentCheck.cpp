@@ -1,8 +1,11 @@
 #include "apps/import/DocumentCheck.h"
 
 #include <algorithm>
+#include <functional>
 #include <numeric>
+#include <unordered_set>
 
+#include "apps/import/ClipTotals.h"
 #include "apps/import/ImportError.h"
 #include "apps/import/ImportLimits.h"
 #include "apps/import/MeshTotals.h"
@@ -128,6 +131,32 @@ void checkViews(const ModelDocument& document) {
     }
 }
 
+void checkKeys(const ModelKeys& keys, float duration) {
+    const auto& times = keys.times;
+    // Finite ones: strictly later.
+    require(std::adjacent_find(times.begin(), times.end(), std::greater_equal<>()) == times.end(),
+            "keys out of order");
+    require(times.empty() || (times.front() >= -longestClip && times.back() <= duration),
+            "key outside of its clip");
+}
+
+void checkClips(const ModelDocument& document, const ImportLimits& limits) {
+    ClipTotals totals;
+    for (const auto& clip : document.clips) {
+        totals.add(clip);
+        totals.requireWithin(limits);
+        require(clip.duration > 0.0f && clip.duration <= longestClip, "duration");
+        std::unordered_set<std::uint32_t> nodes;
+        for (const auto& channel : clip.channels) {
+            require(addresses(channel.node, document.nodes), "channel without a node");
+            require(nodes.insert(channel.node).second, "two channels of one node");
+            checkKeys(channel.positions, clip.duration);
+            checkKeys(channel.rotations, clip.duration);
+            checkKeys(channel.scales, clip.duration);
+        }
+    }
+}
+
 }  // namespace
 
 void checkDocument(const ModelDocument& document, const ImportLimits& limits) {
@@ -136,6 +165,7 @@ void checkDocument(const ModelDocument& document, const ImportLimits& limits) {
     checkMaterials(document);
     checkTextures(document);
     checkViews(document);
+    checkClips(document, limits);
 }
 
 }  // namespace vantorix::apps::import

@@ -11,9 +11,12 @@ bool isUnsafe(unsigned char c) { return c == ',' || c == '/' || c < 0x20 || c ==
 
 }  // namespace
 
-std::string IdRegistry::take(const std::string& name) {
+std::string IdRegistry::take(const std::string& name, const std::string& unwanted) {
     std::string base = name.empty() ? kind_ : name;
-    std::replace_if(base.begin(), base.end(), isUnsafe, '_');
+    const auto isBad = [&unwanted](char c) {
+        return isUnsafe(static_cast<unsigned char>(c)) || unwanted.find(c) != std::string::npos;
+    };
+    std::replace_if(base.begin(), base.end(), isBad, '_');
     const std::string id = unused(base);
     taken_.insert(id);
     if (name.empty()) {

@@ -20,8 +20,9 @@ public:
     /// Keeps @p id from being given: the scene has it already.
     void reserve(const std::string& id) { taken_.insert(id); }
 
-    /// A new id for an object called @p name. Constant time on average, also for equal names.
-    std::string take(const std::string& name);
+    /// A new id for an object called @p name, also free of the characters @p unwanted. Constant
+    /// time on average, also for equal names.
+    std::string take(const std::string& name, const std::string& unwanted = "");
 
 private:
     std::string unused(const std::string& base);

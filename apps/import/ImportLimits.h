@@ -19,6 +19,7 @@ struct ImportLimits {
     std::uint64_t faces = 30000000;
     std::uint64_t corners = 90000000;     ///< Of all faces: three for each triangle.
     std::uint64_t influences = 60000000;  ///< Of bones on vertices.
+    std::uint64_t keys = 2000000;         ///< Of all animations: positions, rotations and scales.
     std::uint64_t items = 100000;  ///< Of each other kind: meshes, materials, images, lights, ...
 };
 

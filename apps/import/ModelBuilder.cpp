@@ -56,6 +56,7 @@ ModelBuilder::ModelBuilder(const ModelDocument& document, const std::string& mod
       scene_(scene),
       result_(result),
       materials_(document, modelFile, scene, result),
+      animations_(document, scene, result.report),
       nodeIds_("node", result.report),
       controllers_(document.nodes, nodeIdsByNumber_, scene, result.report),
       geometryIds_("mesh", result.report),
@@ -73,6 +74,7 @@ void ModelBuilder::build(const ImportOptions& options) {
     buildNodes();
     for (const auto& camera : document_.cameras) buildCamera(camera);
     for (const auto& light : document_.lights) buildLight(light);
+    animations_.build(nodes_);
 }
 
 /// The document bounds what it holds, but each list of meshes that differs becomes a copy.
@@ -119,7 +121,12 @@ void ModelBuilder::buildNodes() {
 
 /// Skins name nodes that are built later.
 void ModelBuilder::nameNodes() {
-    for (const auto& node : document_.nodes) nodeIdsByNumber_.push_back(nodeIds_.take(node.name));
+    // The target of a channel ends the SID of an element at the first '.', also one in the node's
+    // ID.
+    for (std::size_t i = 0; i < document_.nodes.size(); ++i) {
+        const char* const unwanted = animations_.moves(i) ? "." : "";
+        nodeIdsByNumber_.push_back(nodeIds_.take(document_.nodes[i].name, unwanted));
+    }
     joints_.assign(document_.nodes.size(), false);
     for (const auto& mesh : document_.meshes) {
         for (const auto& bone : mesh.skin.bones) joints_[bone.node] = true;
@@ -128,7 +135,8 @@ void ModelBuilder::nameNodes() {
 
 boost::shared_ptr<Node> ModelBuilder::buildNode(std::size_t number) {
     const auto& source = document_.nodes[number];
-    const auto node = makeNode(nodeIdsByNumber_[number], source.name, source.matrix);
+    const auto node = makeNode(nodeIdsByNumber_[number], source.name);
+    animations_.addElements(number, *node);
     if (joints_[number]) node->setType("JOINT");
     addInstances(source, *node);
     return node;
@@ -164,14 +172,10 @@ std::map<std::string, boost::shared_ptr<Material>> ModelBuilder::bindingsOf(
     return bindings;
 }
 
-boost::shared_ptr<Node> ModelBuilder::makeNode(const std::string& id, const std::string& name,
-                                               const std::array<float, 16>& matrix) {
+boost::shared_ptr<Node> ModelBuilder::makeNode(const std::string& id, const std::string& name) {
     const auto node = boost::make_shared<Node>(scene_);
     node->setID(id);
     node->setName(name);
-    const auto element = boost::make_shared<TransformationMatrix>(matrix.data());
-    element->setSid("transform");
-    node->addTransformation(element);
     return node;
 }
 
@@ -179,7 +183,10 @@ boost::shared_ptr<Node> ModelBuilder::placeFor(const std::string& name,
                                                const ModelPlacement& placement) {
     const auto& node = nodes_[placement.node];
     if (isIdentity(placement.matrix)) return node;
-    const auto place = makeNode(nodeIds_.take(name), name, placement.matrix);
+    const auto place = makeNode(nodeIds_.take(name), name);
+    const auto element = boost::make_shared<TransformationMatrix>(placement.matrix.data());
+    element->setSid("transform");
+    place->addTransformation(element);
     node->addNode(place);
     return place;
 }

@@ -6,6 +6,7 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include "apps/import/AnimationBuilder.h"
 #include "apps/import/ControllerBuilder.h"
 #include "apps/import/GeometryBuilder.h"
 #include "apps/import/IdRegistry.h"
@@ -28,7 +29,8 @@ struct ImportOptions;
 /// Builds a scene from a document that passed its checks, through the scene's public classes.
 ///
 /// The model's root is added below the scene's root. Nodes are complete when their parent takes
-/// them, parents before children, each with one matrix element of the SID "transform". A node that
+/// them, parents before children, each with one matrix element of the SID "transform" (but see
+/// AnimationBuilder for those that move). A node that
 /// is a joint of some skin has the type "JOINT"; a geometry with a skin is shown through an
 /// instance of its controller, which names the roots of the skeletons. Cameras and
 /// lights stand on the node that the file names, or on a child of it where they have a place of
@@ -54,8 +56,7 @@ private:
     void addInstances(const ModelNode& source, scene::Node& node);
     std::map<std::string, boost::shared_ptr<scene::Material>> bindingsOf(
         const ModelNode& source, const scene::Mesh& mesh) const;
-    boost::shared_ptr<scene::Node> makeNode(const std::string& id, const std::string& name,
-                                            const std::array<float, 16>& matrix);
+    boost::shared_ptr<scene::Node> makeNode(const std::string& id, const std::string& name);
     boost::shared_ptr<scene::Node> placeFor(const std::string& name,
                                             const ModelPlacement& placement);
     void buildCamera(const ModelCamera& source);
@@ -66,6 +67,7 @@ private:
     boost::shared_ptr<scene::SceneManager> scene_;
     ImportResult& result_;
     MaterialBuilder materials_;
+    AnimationBuilder animations_;
     IdRegistry nodeIds_;
     std::vector<std::string> nodeIdsByNumber_;
     std::vector<bool> joints_;  ///< Whether a node is one, by number.

@@ -115,6 +115,31 @@ struct ModelLight {
     float fallOffExponent = 0.0f;
 };
 
+/// Values of one kind over time.
+struct ModelKeys {
+    std::vector<float> times;   ///< Seconds, each later than the one before.
+    std::vector<float> values;  ///< As many floats per key as the kind has.
+};
+
+/// How one node moves: local matrix = translation * rotation * scale. Between keys positions and
+/// scales change linearly, rotations along the shortest arc; before the first key and after the
+/// last one nothing changes. A kind without keys stays as it is in the node's matrix.
+struct ModelChannel {
+    std::uint32_t node = 0;
+    ModelKeys positions;  ///< x, y, z.
+    ModelKeys rotations;  ///< Quaternions of unit length: x, y, z, w.
+    ModelKeys scales;     ///< x, y, z.
+};
+
+struct ModelClip {
+    std::string name;
+    float duration = 0.0f;               ///< Seconds, from 0; no key is later.
+    std::vector<ModelChannel> channels;  ///< Each of another node.
+};
+
+/// Times of keys lie within this many seconds of 0.
+constexpr float longestClip = 1000000.0f;
+
 struct ModelDocument {
     std::string name;
     std::string format;            ///< Name of the file format, as people write it.
@@ -126,6 +151,7 @@ struct ModelDocument {
     std::vector<ModelTexture> textures;
     std::vector<ModelCamera> cameras;
     std::vector<ModelLight> lights;
+    std::vector<ModelClip> clips;
     std::vector<std::string> notes;  ///< For the report.
 };
 

@@ -26,6 +26,7 @@ std::vector<std::uint8_t> writeRequest(const WorkerRequest& request) {
                           {"faces", limits.faces},
                           {"corners", limits.corners},
                           {"influences", limits.influences},
+                          {"keys", limits.keys},
                           {"items", limits.items}});
 }
 
@@ -47,6 +48,7 @@ WorkerRequest readRequest(const std::vector<std::uint8_t>& message) try {
     object.at("faces").get_to(limits.faces);
     object.at("corners").get_to(limits.corners);
     object.at("influences").get_to(limits.influences);
+    object.at("keys").get_to(limits.keys);
     object.at("items").get_to(limits.items);
     return request;
 } catch (const json::exception& error) {

@@ -64,9 +64,11 @@ Eigen::Vector3d centreOf(const Box& box) { return box.least + (box.most - box.le
 
 class SceneRenderer::Implementation {
 public:
+    void keepTextures() { keepsTextures_ = true; }
+
     Rendering render(const SceneContents& contents, const ImageSource& images, const View& view) {
-        Pass pass{
-            contents, view.wires, RenderTarget(view.width, view.height), TextureStore(images), {}};
+        if (!keepsTextures_ || !textures_) textures_ = std::make_unique<TextureStore>(images);
+        Pass pass{contents, view.wires, RenderTarget(view.width, view.height), *textures_, {}};
         const CameraPlace* const camera = cameraFor(contents, view);
         const auto everything = frame(contents.box, contents.upAxis, aspectOf(view));
         Rendering rendering = draw(
@@ -89,7 +91,7 @@ private:
         const SceneContents& contents;
         bool wires;
         RenderTarget target;
-        TextureStore textures;
+        TextureStore& textures;
         VertexStore vertices;
     };
 
@@ -121,15 +123,21 @@ private:
 
     OffscreenContext context_;  // First: the painter needs it.
     ScenePainter painter_;
+    bool keepsTextures_ = false;
+    std::unique_ptr<TextureStore> textures_;
 };
 
 SceneRenderer::SceneRenderer() : implementation_(std::make_unique<Implementation>()) {}
 
 SceneRenderer::~SceneRenderer() = default;
 
+void SceneRenderer::keepTextures() { implementation_->keepTextures(); }
+
 Rendering SceneRenderer::render(scene::SceneManager& scene, const ImageSource& images,
                                 const View& view) {
-    return implementation_->render(readScene(scene), images, view);
+    auto contents = readScene(scene);
+    if (view.everything) contents.box = *view.everything;
+    return implementation_->render(contents, images, view);
 }
 
 }  // namespace vantorix::apps::render

@@ -6,7 +6,10 @@
 #include <string>
 #include <vector>
 
+#include <boost/optional.hpp>
+
 #include "apps/render/DrawList.h"
+#include "apps/render/Framing.h"
 #include "apps/render/ImageFile.h"
 #include "apps/render/Picture.h"
 
@@ -32,6 +35,8 @@ struct View {
     /// Shows everything, as in a scene without cameras.
     bool framed = false;
     bool wires = false;  ///< Shows the edges of all triangles.
+    /// What "everything" is, for pictures of a scene that moves; else what is drawn.
+    boost::optional<Box> everything = boost::none;
 };
 
 /// A picture and what there is to say about it.
@@ -52,6 +57,9 @@ public:
 
     SceneRenderer(const SceneRenderer&) = delete;
     SceneRenderer& operator=(const SceneRenderer&) = delete;
+
+    /// From now on all pictures are of one scene, and each image is asked for once.
+    void keepTextures();
 
     /// A lit, textured, antialiased picture. When the scene has no lights, or its lights leave
     /// nearly every visible pixel black, a default light helps.

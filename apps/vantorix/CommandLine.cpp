@@ -16,10 +16,12 @@
 #include "apps/vantorix/EventsCommand.h"
 #include "apps/vantorix/Failure.h"
 #include "apps/vantorix/InfoCommand.h"
+#include "apps/vantorix/KeysCommand.h"
 #include "apps/vantorix/MergeCommand.h"
 #include "apps/vantorix/MorphCommand.h"
 #include "apps/vantorix/NormalsCommand.h"
 #include "apps/vantorix/PickCommand.h"
+#include "apps/vantorix/PlayCommand.h"
 #include "apps/vantorix/PrintableText.h"
 #include "apps/vantorix/RenderCommand.h"
 #include "apps/vantorix/SubdivideCommand.h"
@@ -34,6 +36,8 @@ Commands makeCommands() {
     commands.push_back(std::make_unique<InfoCommand>());
     commands.push_back(std::make_unique<RenderCommand>());
     commands.push_back(std::make_unique<EventsCommand>());
+    commands.push_back(std::make_unique<KeysCommand>());
+    commands.push_back(std::make_unique<PlayCommand>());
     commands.push_back(std::make_unique<NormalsCommand>());
     commands.push_back(std::make_unique<SubdivideCommand>());
     commands.push_back(std::make_unique<PickCommand>());

@@ -190,6 +190,7 @@ Counts countLibraries(const SceneManager& scene) {
             {"cameras", scene.getCameraCount()},
             {"lights", scene.getLightLibrary().size()},
             {"controllers", scene.getControllersLibrary().size()},
+            {"animations", scene.getAnimationsLibrary().size()},
             {"evaluators", scene.getEvaluatorsCount()}};
 }
 

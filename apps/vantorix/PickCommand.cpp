@@ -15,6 +15,7 @@
 #include "apps/vantorix/JsonText.h"
 #include "apps/vantorix/LoadedModel.h"
 #include "apps/vantorix/PictureMaker.h"
+#include "apps/vantorix/PictureOptions.h"
 #include "apps/vantorix/PosedSkins.h"
 #include "apps/vantorix/PrintableText.h"
 #include "apps/vantorix/Progress.h"

@@ -1,7 +1,6 @@
 #include "apps/vantorix/PictureMaker.h"
 
 #include <algorithm>
-#include <charconv>
 #include <exception>
 #include <future>
 
@@ -18,18 +17,7 @@
 namespace vantorix::apps::cli {
 namespace {
 
-constexpr int largestSide = 16384;
-constexpr long long mostPixels = 1LL << 26;
 constexpr std::size_t mostNotes = 5;
-
-/// Reads a whole positive number up to largestSide; 0 when it is none.
-int parseSide(const std::string& text) {
-    int side = 0;
-    const char* const end = text.data() + text.size();
-    const auto parsed = std::from_chars(text.data(), end, side);
-    const bool valid = parsed.ec == std::errc() && parsed.ptr == end;
-    return valid && side > 0 && side <= largestSide ? side : 0;
-}
 
 }  // namespace
 
@@ -41,6 +29,7 @@ std::unique_ptr<LoadedModel> PictureMaker::load(const std::string& file,
     std::exception_ptr noRenderer;
     try {
         if (!renderer_) renderer_ = std::make_unique<render::SceneRenderer>();
+        if (keepsTextures_) renderer_->keepTextures();
     } catch (const render::RenderError& error) {
         noRenderer =
             std::make_exception_ptr(Failure(FILE_REFUSED, printable(file + ": " + error.what())));
@@ -50,25 +39,28 @@ std::unique_ptr<LoadedModel> PictureMaker::load(const std::string& file,
     return model;
 }
 
+void PictureMaker::keepTextures() { keepsTextures_ = true; }
+
 render::Picture PictureMaker::draw(const LoadedModel& model, const render::View& view) {
     return draw(model, view, imagesOf(model.getImport()));
 }
 
 render::Picture PictureMaker::draw(const LoadedModel& model, const render::View& view,
                                    const render::ImageSource& images) {
-    return render(model, view, images).picture;
-}
-
-render::Rendering PictureMaker::render(const LoadedModel& model, const render::View& view) {
-    return render(model, view, imagesOf(model.getImport()));
+    return render(model, view, images, true).picture;
 }
 
 render::Rendering PictureMaker::render(const LoadedModel& model, const render::View& view,
-                                       const render::ImageSource& images) {
+                                       bool withRemarks) {
+    return render(model, view, imagesOf(model.getImport()), withRemarks);
+}
+
+render::Rendering PictureMaker::render(const LoadedModel& model, const render::View& view,
+                                       const render::ImageSource& images, bool withRemarks) {
     const std::string& file = model.getFile();
     try {
         auto rendering = renderer_->render(model.getScene(), images, view);
-        report(file, rendering, view);
+        if (withRemarks) report(file, rendering, view);
         return rendering;
     } catch (const render::UnknownCamera& error) {
         throw Failure(WRONG_USE, printable(file + ": " + error.what()));
@@ -100,17 +92,6 @@ void savePicture(const render::Picture& picture, const std::string& path) {
     } catch (const render::RenderError& error) {
         throw Failure(FILE_REFUSED, printable(error.what()));
     }
-}
-
-void parseSize(const std::string& text, render::View& view) {
-    const auto cross = std::min(text.find('x'), text.size());
-    view.width = parseSide(text.substr(0, cross));
-    view.height = cross < text.size() ? parseSide(text.substr(cross + 1)) : 0;
-    const long long pixels = static_cast<long long>(view.width) * view.height;
-    if (pixels > 0 && pixels <= mostPixels) return;
-    throw Failure(WRONG_USE, "--size: \"" + printable(text) +
-                                 "\" is no WIDTHxHEIGHT of up to 16384 pixels a side and 67108864 "
-                                 "in all");
 }
 
 }  // namespace vantorix::apps::cli

@@ -16,6 +16,9 @@ class PictureMaker {
 public:
     explicit PictureMaker(const Console& console) : console_(console) {}
 
+    /// For several pictures of one model: textures are read once. Call it before load().
+    void keepTextures();
+
     /// Loads a model while the graphics driver starts, which takes about as long as a small model.
     /// @throws Failure
     std::unique_ptr<LoadedModel> load(const std::string& file,
@@ -27,24 +30,22 @@ public:
     /// The same with other images than those that came with the model.
     render::Picture draw(const LoadedModel& model, const render::View& view,
                          const render::ImageSource& images);
-    /// The same, with what there is to know about the picture.
-    render::Rendering render(const LoadedModel& model, const render::View& view);
+    /// The same, with what there is to know about the picture; warns if @p withRemarks.
+    render::Rendering render(const LoadedModel& model, const render::View& view,
+                             bool withRemarks = true);
 
 private:
     render::Rendering render(const LoadedModel& model, const render::View& view,
-                             const render::ImageSource& images);
+                             const render::ImageSource& images, bool withRemarks);
     void report(const std::string& file, const render::Rendering& rendering,
                 const render::View& view) const;
 
     const Console& console_;
+    bool keepsTextures_ = false;
     std::unique_ptr<render::SceneRenderer> renderer_;
 };
 
 /// Writes @p picture as a PNG file. @throws Failure
 void savePicture(const render::Picture& picture, const std::string& path);
-
-/// Sets the size of @p view from "WIDTHxHEIGHT". @throws Failure when @p text is none, or too
-/// large.
-void parseSize(const std::string& text, render::View& view);
 
 }  // namespace vantorix::apps::cli

@@ -3,12 +3,9 @@
 #include <CLI/CLI.hpp>
 
 #include "apps/vantorix/CommonOptions.h"
-#include "apps/vantorix/Console.h"
 #include "apps/vantorix/ContactSheet.h"
-#include "apps/vantorix/Failure.h"
 #include "apps/vantorix/LoadedModel.h"
 #include "apps/vantorix/PictureMaker.h"
-#include "apps/vantorix/PrintableText.h"
 #include "apps/vantorix/Progress.h"
 
 namespace vantorix::apps::cli {
@@ -26,19 +23,7 @@ constexpr const char* remarks =
 void RenderCommand::declare(CLI::App& app) {
     declareModels(app, files_);
     app.add_option("-o,--output", output_, "PNG file to write")->required()->type_name("FILE");
-    app.add_option("--size", size_, "Size of the picture in pixels, 800x600 if not given")
-        ->type_name("WxH");
-    auto* const camera =
-        app.add_option("--camera", view_.camera, "ID or name of the camera to look through")
-            ->type_name("ID");
-    app.add_flag("--frame", view_.framed, "Show the whole model even if it has cameras")
-        ->excludes(camera);
-    app.add_option("--background", backgroundText_,
-                   "transparent, a color (#rrggbb, white, black, gray, red,\n"
-                   "green, blue) or two for a gradient (TOP,BOTTOM); without\n"
-                   "value the default, a light gradient")
-        ->type_name("COLOR")
-        ->expected(0, 1);
+    options_.declare(app);
     declareExamples(app,
                     {"vantorix render robot.glb -o robot.png",
                      "vantorix render robot.glb -o robot.png --size 1920x1080 --camera front",
@@ -48,9 +33,9 @@ void RenderCommand::declare(CLI::App& app) {
 }
 
 ExitCode RenderCommand::run(Console& console) {
-    readOptions();
-    ContactSheet sheet(view_.width, view_.height, files_.size());
-    render::View view = view_;
+    render::View view = options_.getView();
+    const auto background = options_.getBackground();
+    ContactSheet sheet(view.width, view.height, files_.size());
     view.width = sheet.getCellWidth();
     view.height = sheet.getCellHeight();
     PictureMaker maker(console);
@@ -64,20 +49,9 @@ ExitCode RenderCommand::run(Console& console) {
     });
     if (drawn == 0) return code;
     render::Picture picture = sheet.take();
-    render::putBehind(background_, picture);
+    render::putBehind(background, picture);
     savePicture(picture, output_);
     return code;
-}
-
-void RenderCommand::readOptions() {
-    parseSize(size_, view_);
-    if (backgroundText_.empty()) return;
-    const auto background = render::parseBackground(backgroundText_);
-    if (!background) {
-        throw Failure(WRONG_USE, "--background: \"" + printable(backgroundText_) +
-                                     "\" is no color; see vantorix render --help");
-    }
-    background_ = *background;
 }
 
 }  // namespace vantorix::apps::cli

@@ -3,9 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "apps/render/Background.h"
-#include "apps/render/SceneRenderer.h"
 #include "apps/vantorix/Command.h"
+#include "apps/vantorix/PictureOptions.h"
 
 namespace vantorix::apps::cli {
 
@@ -20,14 +19,9 @@ public:
     ExitCode run(Console& console) override;
 
 private:
-    void readOptions();
-
     std::vector<std::string> files_;
     std::string output_;
-    std::string size_ = "800x600";
-    std::string backgroundText_;
-    render::View view_;
-    render::Background background_;
+    PictureOptions options_;
 };
 
 }  // namespace vantorix::apps::cli

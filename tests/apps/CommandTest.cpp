@@ -16,7 +16,7 @@ using RenderCommand = Program;
 
 TEST_F(Program, HelpShowsExamplesEverywhere) {
     for (const std::string command :
-         {"", "info ", "render ", "events ", "normals ", "subdivide "}) {
+         {"", "info ", "render ", "events ", "normals ", "subdivide ", "keys ", "play "}) {
         const auto help = run(command + "--help");
         EXPECT_EQ(help.exitCode, 0);
         EXPECT_NE(help.out.find("Examples:\n  vantorix "), std::string::npos) << command;
@@ -25,16 +25,28 @@ TEST_F(Program, HelpShowsExamplesEverywhere) {
 }
 
 TEST_F(Program, WrongUseIsOneLine) {
-    for (const std::string arguments :
-         {"", "frobnicate", "info", "info --nonsense square.obj", "events square.obj square.obj",
-          "render square.obj", "render square.obj -o a.png --size 0x10",
-          "render square.obj -o a.png --size 10", "render square.obj -o a.png --size 99999x99999",
-          "render square.obj -o a.png --background pinkish",
-          "render square.obj -o a.png --camera nobody",
-          "render square.obj -o a.png --frame --camera x", "normals",
-          "normals square.obj --times 2", "subdivide square.obj --times 0",
-          "subdivide square.obj --times 13", "subdivide square.obj --geometry nobody",
-          "subdivide square.obj --size 9x9", "subdivide square.obj --render a.png --size 0x9"}) {
+    for (const std::string arguments : {"",
+                                        "frobnicate",
+                                        "info",
+                                        "info --nonsense square.obj",
+                                        "events square.obj square.obj",
+                                        "render square.obj",
+                                        "render square.obj -o a.png --size 0x10",
+                                        "render square.obj -o a.png --size 10",
+                                        "render square.obj -o a.png --size 99999x99999",
+                                        "render square.obj -o a.png --background pinkish",
+                                        "render square.obj -o a.png --camera nobody",
+                                        "render square.obj -o a.png --frame --camera x",
+                                        "normals",
+                                        "normals square.obj --times 2",
+                                        "subdivide square.obj --times 0",
+                                        "subdivide square.obj --times 13",
+                                        "subdivide square.obj --geometry nobody",
+                                        "subdivide square.obj --size 9x9",
+                                        "subdivide square.obj --render a.png --size 0x9",
+                                        "play square.obj",
+                                        "play square.obj --realtime --frames 0",
+                                        "play square.obj --sheet a.png --frames 1001"}) {
         const auto wrong = run(arguments);
         EXPECT_EQ(wrong.exitCode, 2) << arguments;
         EXPECT_EQ(wrong.out, "") << arguments;

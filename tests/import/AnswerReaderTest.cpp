@@ -109,6 +109,16 @@ TEST(AnswerReader, RefusesDocumentsThatCannotBeBuilt) {
         [](auto& d) { d.meshes[2].skin.influences[3] = 2; },
         [](auto& d) { d.meshes[2].skin.weights[3] = 0.0f; },
         [](auto& d) { d.meshes[2].skin.weights.pop_back(); },
+        [](auto& d) { d.clips[0].duration = 0.0f; },
+        [](auto& d) { d.clips[0].duration = 1.25f; },
+        [](auto& d) { d.clips[0].duration = 2e6f; },
+        [](auto& d) { d.clips[0].channels[0].node = 7; },
+        [](auto& d) { d.clips[0].channels[0].node = 3; },
+        [](auto& d) { d.clips[0].channels[0].rotations.times[0] = 1.0f; },
+        [](auto& d) { d.clips[0].channels[0].rotations.times[0] = -2e6f; },
+        [](auto& d) { d.clips[0].channels[0].rotations.times[0] = std::nanf(""); },
+        [](auto& d) { d.clips[0].channels[0].rotations.values.pop_back(); },
+        [](auto& d) { d.clips[0].channels[1].positions.times.push_back(1.75f); },
         [](auto& d) { d.materials.pop_back(); },
         [](auto& d) { d.materials[1].textures[1].embedded = 1; },
         [](auto& d) { d.materials[1].textures[0].embedded = -2; },
@@ -147,6 +157,9 @@ TEST(AnswerReader, ChecksEveryArrayReference) {
     EXPECT_EQ(sample.verdictWith("/document", json::array({1})), REFUSED);
     EXPECT_EQ(sample.verdictWith("/status", 3u), REFUSED);
     EXPECT_EQ(sample.verdictWith("/document/lights/0/kind", 4u), REFUSED);
+    const json none = {{"at", 0u}, {"count", 0u}};
+    EXPECT_EQ(sample.verdictWith("/document/clips/0/counts", none), REFUSED);
+    EXPECT_EQ(sample.verdictWith("/document/clips/0/times", none), REFUSED);
 }
 
 TEST(AnswerReader, ASmallMessageStaysSmallInMemory) {
@@ -158,7 +171,7 @@ TEST(AnswerReader, ASmallMessageStaysSmallInMemory) {
 }
 
 TEST(AnswerReader, NamesTheLimitThatADocumentMeets) {
-    ImportLimits nodes, depth, vertices, faces, items, corners, influences;
+    ImportLimits nodes, depth, vertices, faces, items, corners, influences, keys;
     nodes.nodes = 2;
     depth.depth = 2;
     vertices.vertices = 5;
@@ -166,8 +179,9 @@ TEST(AnswerReader, NamesTheLimitThatADocumentMeets) {
     items.items = 1;
     corners.corners = 15;
     influences.influences = 9;
+    keys.keys = 4;
     const auto message = writeAnswer(sampleAnswer());
-    for (const auto& limits : {nodes, depth, vertices, faces, items, corners, influences}) {
+    for (const auto& limits : {nodes, depth, vertices, faces, items, corners, influences, keys}) {
         EXPECT_EQ(verdict(message, limits), LIMITED);
     }
 }

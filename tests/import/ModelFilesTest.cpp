@@ -5,8 +5,10 @@
 #include <gtest/gtest.h>
 
 #include "apps/import/ModelImporter.h"
+#include "scene/animation/Animation.h"
 #include "scene/animation/Camera.h"
 #include "scene/animation/CameraInstance.h"
+#include "scene/animation/Sampler.h"
 #include "scene/controller/Controller.h"
 #include "scene/controller/Skin.h"
 #include "scene/geometry/GeometryManager.h"
@@ -240,6 +242,29 @@ TEST_F(ModelFiles, ALimitIsNamedWithBothNumbers) {
     EXPECT_EQ(result.limit.name, "vertices");
     EXPECT_EQ(result.limit.met, 3.0);
     EXPECT_EQ(result.limit.allowed, 2.0);
+}
+
+TEST_F(ModelFiles, TheSampleFigureComesWithItsMovement) {
+    ASSERT_EQ(read(VANTORIX_SAMPLES "/figure.dae").status, ImportResult::DONE);
+    ASSERT_EQ(scene->getAnimationsLibrary().size(), 1u);
+    const auto animation = scene->getAnimationsLibrary()[0];
+    EXPECT_EQ(animation->getDuration(), boost::posix_time::seconds(4));
+    ASSERT_EQ(animation->getChildAnimations().size(), 17u);
+    for (const auto& child : animation->getChildAnimations()) {
+        const auto times = child->getSamplers()[0]->getStreamBySemantic(Sampler::INPUT);
+        // 49 in the file, and one before them.
+        EXPECT_EQ(times->count, 50);
+        EXPECT_NEAR(times->values[2], 4.0f / 48.0f, 1e-6f);  // The file has six digits.
+    }
+}
+
+TEST_F(ModelFiles, AnimationsAreLimitedBeforeTheyAreCopied) {
+    ImportOptions options;
+    options.limits.keys = 1000;
+    const auto result =
+        ModelImporter(options).importFile(VANTORIX_SAMPLES "/figure.dae", scene.manager);
+    EXPECT_EQ(result.status, ImportResult::LIMIT_MET);
+    EXPECT_EQ(result.limit.name, "animation keys");
 }
 
 TEST_F(ModelFiles, SomeModelsOfTheTestPackage) {

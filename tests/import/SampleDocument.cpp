@@ -70,6 +70,13 @@ ModelDocument skinnedDocument() {
     mesh.skin.influences = {0, 0, 1, 0, 1, 0, 1, 1, 0, 1};
     mesh.skin.weights = {1, 0.5f, 0.5f, 1, 1, 1, 0.25f, 0.125f, 0.5f, 1};
     document.meshes.push_back(mesh);
+    ModelChannel knee, hip;
+    knee.node = 5;
+    knee.positions = {{0}, {0, 1, 0}};
+    knee.rotations = {{0, 1}, {0, 0, 0, 1, 0, 0, 0.6f, 0.8f}};
+    hip.node = 3;
+    hip.positions = {{0.5f, 1.5f}, {0, 1, 0, 0, 2, 0}};
+    document.clips = {{"bend", 2.0f, {knee, hip}}};
     return document;
 }
 

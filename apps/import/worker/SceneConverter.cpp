@@ -7,6 +7,7 @@
 
 #include "apps/import/ImportError.h"
 #include "apps/import/worker/AssimpValues.h"
+#include "apps/import/worker/ClipConverter.h"
 #include "apps/import/worker/MaterialConverter.h"
 #include "apps/import/worker/MeshConverter.h"
 #include "apps/import/worker/NodeNames.h"
@@ -46,6 +47,7 @@ ModelDocument SceneConverter::convert(const std::string& format) {
     const NodeNames names(document_.nodes);
     convertSkins(names);
     convertViews(names);
+    convertClips(names);
     document_.notes = report_.getNotes();
     if (report_.getOmittedCount() > 0) {
         document_.notes.push_back("and " + std::to_string(report_.getOmittedCount()) +
@@ -144,6 +146,13 @@ void SceneConverter::convertSkins(const NodeNames& names) {
     for (std::size_t i = 0; i < document_.meshes.size(); ++i) {
         if (scene_.mMeshes[i]) converter.convert(*scene_.mMeshes[i], document_.meshes[i]);
     }
+}
+
+void SceneConverter::convertClips(const NodeNames& names) {
+    requireWithin("animations", scene_.mNumAnimations, limits_.items);
+    ClipConverter converter(limits_, names, report_);
+    forEach(scene_.mAnimations, scene_.mNumAnimations,
+            [&](const aiAnimation& animation) { converter.convert(animation, document_.clips); });
 }
 
 void SceneConverter::convertViews(const NodeNames& names) {

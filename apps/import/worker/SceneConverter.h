@@ -33,6 +33,7 @@ private:
     void convertTextures();
     void convertSkins(const NodeNames& names);
     void convertViews(const NodeNames& names);
+    void convertClips(const NodeNames& names);
 
     const aiScene& scene_;
     ImportLimits limits_;
