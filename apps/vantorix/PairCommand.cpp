@@ -8,6 +8,7 @@
 #include "apps/vantorix/Console.h"
 #include "apps/vantorix/LoadedModel.h"
 #include "apps/vantorix/PictureMaker.h"
+#include "apps/vantorix/PictureOptions.h"
 #include "apps/vantorix/Progress.h"
 
 namespace vantorix::apps::cli {
