@@ -2,9 +2,12 @@
 
 /// Everything of vantorix_scene: the scene graph and all that stands in its libraries.
 
+#include "scene/animation/Animation.h"
+#include "scene/animation/AnimationManager.h"
 #include "scene/animation/Camera.h"
 #include "scene/animation/CameraInstance.h"
 #include "scene/animation/Light.h"
+#include "scene/animation/Sampler.h"
 #include "scene/controller/Controller.h"
 #include "scene/controller/InstanceController.h"
 #include "scene/controller/Morph.h"

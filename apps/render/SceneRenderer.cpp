@@ -97,6 +97,7 @@ private:
         Lighting lighting = pass.contents.list.lighting;
         balanceExposure(centreOf(pass.contents.box), lighting);
         Rendering rendering;
+        rendering.viewpoint = viewpoint;
         rendering.usedDefaultLight = lighting.sources.empty();
         if (rendering.usedDefaultLight) helpByDefaultLight(viewpoint, lighting);
         rendering.picture = paint(viewpoint, lighting, pass);

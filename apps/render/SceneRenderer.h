@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "apps/render/DrawList.h"
 #include "apps/render/ImageFile.h"
 #include "apps/render/Picture.h"
 
@@ -35,7 +36,8 @@ struct View {
 
 /// A picture and what there is to say about it.
 struct Rendering {
-    Picture picture;  ///< Without background; colours are multiplied by their alpha.
+    Picture picture;      ///< Without background; colours are multiplied by their alpha.
+    Viewpoint viewpoint;  ///< Where the picture was taken from.
     std::size_t coveredPixels = 0;
     bool usedDefaultLight = false;
     std::vector<std::string> notes;  ///< What could not be done as asked, one line each.

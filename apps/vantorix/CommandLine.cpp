@@ -19,6 +19,7 @@
 #include "apps/vantorix/MergeCommand.h"
 #include "apps/vantorix/MorphCommand.h"
 #include "apps/vantorix/NormalsCommand.h"
+#include "apps/vantorix/PickCommand.h"
 #include "apps/vantorix/PrintableText.h"
 #include "apps/vantorix/RenderCommand.h"
 #include "apps/vantorix/SubdivideCommand.h"
@@ -35,6 +36,7 @@ Commands makeCommands() {
     commands.push_back(std::make_unique<EventsCommand>());
     commands.push_back(std::make_unique<NormalsCommand>());
     commands.push_back(std::make_unique<SubdivideCommand>());
+    commands.push_back(std::make_unique<PickCommand>());
     commands.push_back(std::make_unique<MergeCommand>());
     commands.push_back(std::make_unique<MorphCommand>());
     commands.push_back(std::make_unique<DiffCommand>());

@@ -140,10 +140,11 @@ ExitCode GeometryCommand::run(Console& console) {
     return DONE;
 }
 
-import::ImportOptions GeometryCommand::importOptions() const {import::ImportOptions options;
-options.triangulate = true;
-return options;
-}  // namespace vantorix::apps::cli
+GeometryCommand::ImportOptions GeometryCommand::importOptions() const {
+    ImportOptions options;
+    options.triangulate = true;
+    return options;
+}
 
 void GeometryCommand::check(const std::string&, const std::vector<Target>&) const {}
 

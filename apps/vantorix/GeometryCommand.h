@@ -27,6 +27,7 @@ public:
     ExitCode run(Console& console) override;
 
 protected:
+    using ImportOptions = import::ImportOptions;
     using SharedController = boost::shared_ptr<scene::Controller>;
 
     /// A geometry that is to be changed.
@@ -39,7 +40,7 @@ protected:
     };
 
     virtual void declareOptions(CLI::App& app) = 0;
-    virtual import::ImportOptions importOptions() const;
+    virtual ImportOptions importOptions() const;
     /// Looks at the targets before anything is changed. @throws Failure
     virtual void check(const std::string& file, const std::vector<Target>& targets) const;
     virtual bool showsEdges() const = 0;  ///< In the picture, those of all triangles.

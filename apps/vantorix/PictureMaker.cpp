@@ -56,11 +56,20 @@ render::Picture PictureMaker::draw(const LoadedModel& model, const render::View&
 
 render::Picture PictureMaker::draw(const LoadedModel& model, const render::View& view,
                                    const render::ImageSource& images) {
+    return render(model, view, images).picture;
+}
+
+render::Rendering PictureMaker::render(const LoadedModel& model, const render::View& view) {
+    return render(model, view, imagesOf(model.getImport()));
+}
+
+render::Rendering PictureMaker::render(const LoadedModel& model, const render::View& view,
+                                       const render::ImageSource& images) {
     const std::string& file = model.getFile();
     try {
         auto rendering = renderer_->render(model.getScene(), images, view);
         report(file, rendering, view);
-        return std::move(rendering.picture);
+        return rendering;
     } catch (const render::UnknownCamera& error) {
         throw Failure(WRONG_USE, printable(file + ": " + error.what()));
     } catch (const render::RenderLimit& error) {

@@ -27,8 +27,12 @@ public:
     /// The same with other images than those that came with the model.
     render::Picture draw(const LoadedModel& model, const render::View& view,
                          const render::ImageSource& images);
+    /// The same, with what there is to know about the picture.
+    render::Rendering render(const LoadedModel& model, const render::View& view);
 
 private:
+    render::Rendering render(const LoadedModel& model, const render::View& view,
+                             const render::ImageSource& images);
     void report(const std::string& file, const render::Rendering& rendering,
                 const render::View& view) const;
 

@@ -31,10 +31,10 @@ void SubdivideCommand::declareOptions(CLI::App& app) {
 }
 
 /// Subdivision replaces the streams of the whole mesh: right for one primitive only.
-import::ImportOptions SubdivideCommand::importOptions() const {
+GeometryCommand::ImportOptions SubdivideCommand::importOptions() const {
     auto options = GeometryCommand::importOptions();
-options.separatePrimitives = true;
-return options;
+    options.separatePrimitives = true;
+    return options;
 }  // namespace vantorix::apps::cli
 
 void SubdivideCommand::check(const std::string& file, const std::vector<Target>& targets) const {

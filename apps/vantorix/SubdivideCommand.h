@@ -14,7 +14,7 @@ public:
 
 protected:
     void declareOptions(CLI::App& app) override;
-    import::ImportOptions importOptions() const override;
+    ImportOptions importOptions() const override;
     void check(const std::string& file, const std::vector<Target>& targets) const override;
     bool showsEdges() const override { return true; }
     void change(scene::GeometryManager& library, const Target& target) const override;

@@ -78,10 +78,12 @@ void Skin::setV(std::vector<int> v) { v_ = std::move(v); }
 const std::vector<unsigned int>& Skin::getVCount() const { return vCount_; }
 
 void Skin::setVCount(std::vector<unsigned int> vCount) {
-    vCount_ = std::move(vCount);
-    firstInfluence_.resize(vCount_.size() + 1);
-    std::inclusive_scan(vCount_.begin(), vCount_.end(), firstInfluence_.begin() + 1, std::plus<>(),
+    std::vector<std::size_t> firstInfluence(vCount.size() + 1);
+    std::inclusive_scan(vCount.begin(), vCount.end(), firstInfluence.begin() + 1, std::plus<>(),
                         std::size_t{0});
+    // Both or none: where the memory ends, the old lists still fit each other.
+    firstInfluence_ = std::move(firstInfluence);
+    vCount_ = std::move(vCount);
 }
 
 void Skin::setJointsInput(const std::string& semantic, const std::string& streamId) {

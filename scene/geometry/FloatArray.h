@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <atomic>
 #include <cstddef>
 #include <initializer_list>
 #include <iterator>
@@ -18,6 +19,7 @@ namespace vantorix::scene {
 /// where nothing is to be written: a stream finds equal tuples faster while no writing reference
 /// can be valid. Such references end as those of std::vector do: with a reallocation, clear() and
 /// assignment.
+/// Threads: as std::vector<float>; several may read at once, also by way of such references.
 class FloatArray {
     using Floats = std::vector<float>;
 
@@ -46,7 +48,7 @@ public:
 
     FloatArray(const FloatArray& other) : floats_(other.floats_) {}
     FloatArray(FloatArray&& other) noexcept
-        : floats_(std::move(other.floats_)), exposed_(other.exposed_) {
+        : floats_(std::move(other.floats_)), exposed_(other.isExposed()) {
         other.forget();
     }
     ~FloatArray() = default;
@@ -56,7 +58,7 @@ public:
         if (this == &other) return *this;
         floats_ = std::move(other.floats_);
         forget();
-        exposed_ = other.exposed_;  // References into the other's storage refer to this one now.
+        exposed_ = other.isExposed();  // References into the other's storage lead here now.
         other.forget();
         return *this;
     }
@@ -174,16 +176,35 @@ public:
     /// References keep their floats, which belong to the other array afterwards.
     void swap(FloatArray& other) noexcept {
         floats_.swap(other.floats_);
-        std::swap(exposed_, other.exposed_);
+        const bool wasExposed = isExposed();
+        exposed_ = other.isExposed();
+        other.exposed_ = wasExposed;
         unchanged_ = 0;
         other.unchanged_ = 0;
     }
     /// Whoever held references into @p other can write to this array afterwards.
     void swap(Floats& other) noexcept { exposed().swap(other); }
     friend void swap(FloatArray& left, FloatArray& right) noexcept { left.swap(right); }
+    friend void swap(FloatArray& left, Floats& right) noexcept { left.swap(right); }
+    friend void swap(Floats& left, FloatArray& right) noexcept { right.swap(left); }
 
 private:
     friend class TupleIndex;
+
+    /// What threads that only read may look up and note at once: each notes the same.
+    template <typename Value>
+    class Note {
+    public:
+        explicit Note(Value value) noexcept : value_(value) {}
+        operator Value() const noexcept { return value_.load(std::memory_order_relaxed); }
+        Note& operator=(Value value) noexcept {
+            value_.store(value, std::memory_order_relaxed);
+            return *this;
+        }
+
+    private:
+        std::atomic<Value> value_;
+    };
 
     bool isExposed() const noexcept { return exposed_; }
     /// Leading floats that are as they were at the last markSeen().
@@ -191,8 +212,11 @@ private:
     void markSeen() noexcept { unchanged_ = size(); }
 
     Floats& exposed() noexcept {
-        exposed_ = true;
-        unchanged_ = 0;
+        // Only a change is written: reading threads share the cache line.
+        if (!exposed_) {
+            exposed_ = true;
+            unchanged_ = 0;
+        }
         return floats_;
     }
     void forget() noexcept {
@@ -203,7 +227,7 @@ private:
     template <typename Change>
     void edit(size_type kept, const Change& change) {
         const float* const storage = std::as_const(floats_).data();
-        unchanged_ = std::min(unchanged_, kept);
+        unchanged_ = std::min<size_type>(unchanged_, kept);
         change();
         // A reallocation ends every reference.
         if (std::as_const(floats_).data() != storage) exposed_ = false;
@@ -219,8 +243,8 @@ private:
     }
 
     Floats floats_;
-    size_type unchanged_ = 0;
-    bool exposed_ = false;  // A reference for writing may be valid.
+    Note<size_type> unchanged_{0};  // None while exposed.
+    Note<bool> exposed_{false};     // A reference for writing may be valid.
 };
 
 /// @name Comparisons among arrays, and between an array and a std::vector<float>

@@ -149,28 +149,33 @@ boost::shared_ptr<IMeshPrimitive> Mesh::getPrimitive(unsigned int index) const {
 }
 
 void Mesh::calculateBV() {
-    calculateBVMax();
-    calculateBVMin();
-    if (primitives_.empty()) {
+    const auto primitives = primitives_;  // A primitive's own code may add others.
+    bvMax_ = calculateCorner<UpperBound>(primitives, &IMeshPrimitive::getBVMax);
+    bvMin_ = calculateCorner<LowerBound>(primitives, &IMeshPrimitive::getBVMin);
+    if (primitives.empty()) {
         bvCenter_ = bvMin_ + (bvMax_ - bvMin_) * 0.5f;
     } else {
         Eigen::Vector3f sumOfCenters = Eigen::Vector3f::Zero();
-        for (const auto& primitive : primitives_) sumOfCenters += primitive->getBVCenter();
+        for (const auto& primitive : primitives) sumOfCenters += primitive->getBVCenter();
         bvCenter_ = sumOfCenters;  // Sum, not mean: defined so for meshes of several primitives.
     }
     bvValid_ = true;  // For good: whatever is added later does not change the answers.
 }
 
-void Mesh::calculateBVMin() { bvMin_ = calculateCorner<LowerBound>(&IMeshPrimitive::getBVMin); }
+void Mesh::calculateBVMin() {
+    bvMin_ = calculateCorner<LowerBound>(Primitives(primitives_), &IMeshPrimitive::getBVMin);
+}
 
-void Mesh::calculateBVMax() { bvMax_ = calculateCorner<UpperBound>(&IMeshPrimitive::getBVMax); }
+void Mesh::calculateBVMax() {
+    bvMax_ = calculateCorner<UpperBound>(Primitives(primitives_), &IMeshPrimitive::getBVMax);
+}
 
 template <typename Rule>
-Eigen::Vector3f Mesh::calculateCorner(BoxCorner corner) const {
-    if (primitives_.empty()) return cornerOfPositions<Rule>();
-    Eigen::Vector3f result = toEigen((primitives_.front().get()->*corner)());
-    for (std::size_t i = 1; i < primitives_.size(); ++i) {
-        extend<Rule>(result, toEigen((primitives_[i].get()->*corner)()));
+Eigen::Vector3f Mesh::calculateCorner(const Primitives& primitives, BoxCorner corner) const {
+    if (primitives.empty()) return cornerOfPositions<Rule>();
+    Eigen::Vector3f result = toEigen((primitives.front().get()->*corner)());
+    for (std::size_t i = 1; i < primitives.size(); ++i) {
+        extend<Rule>(result, toEigen((primitives[i].get()->*corner)()));
     }
     return result;
 }

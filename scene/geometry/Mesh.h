@@ -22,6 +22,8 @@ namespace vantorix::scene {
 class VANTORIX_SCENE_EXPORT Mesh : public IGeometry {
 public:
     Mesh(const std::string& id, const std::string& name);
+    /// The primitives of a copy are those of @p other and refer to it weakly: keep it alive as long
+    /// as the faces of the copy are wanted.
     Mesh(const Mesh& other);
     Mesh& operator=(const Mesh& other);
 
@@ -103,10 +105,11 @@ protected:
     void cloneContentsTo(const boost::shared_ptr<Mesh>& target) const;
 
 private:
+    using Primitives = std::vector<boost::shared_ptr<IMeshPrimitive>>;
     using BoxCorner = core::utils::Vector<float, 3> (IMeshPrimitive::*)();
 
     template <typename Rule>
-    Eigen::Vector3f calculateCorner(BoxCorner corner) const;
+    Eigen::Vector3f calculateCorner(const Primitives& primitives, BoxCorner corner) const;
     template <typename Rule>
     Eigen::Vector3f cornerOfPositions() const;
 

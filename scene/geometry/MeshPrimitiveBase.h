@@ -120,8 +120,9 @@ private:
     using Inputs = boost::container::small_vector<Input, 8>;
 
     static Input* findInput(Inputs& inputs, StreamSemantic semantic);
+    bool findInputs(const Vertex& corner, Inputs& inputs) const;
+    bool canAddStreamFor(StreamSemantic semantic) const;
     bool prepareStreams(const Vertex& corner, bool deduplicate, Inputs& inputs);
-    Input prepareInput(const VertexElement& element, bool deduplicate);
     bool appendRecord(const Vertex& corner, std::size_t stride, Inputs& inputs);
     bool storeElement(const VertexElement& element, Input& input, IndexRecord& record);
     void growBox(const Eigen::Vector3f& sample);

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "scene/geometry/BoxRules.h"
+#include "scene/geometry/MappingSearch.h"
 #include "scene/geometry/Mesh.h"
 #include "scene/geometry/MeshPrimitiveBase.h"
 #include "scene/geometry/Stream.h"
@@ -26,9 +27,12 @@ bool MeshPrimitiveBase::appendFace(const Corners& corners, bool deduplicate) {
     const auto mesh = lockMesh();
     if (!mesh) return false;
     Inputs inputs;
+    for (const auto& corner : corners) {
+        if (!corner || !findInputs(*corner, inputs)) return false;
+    }
     // All offsets must be fixed before the first record: they determine its length.
     for (const auto& corner : corners) {
-        if (!corner || !prepareStreams(*corner, deduplicate, inputs)) return false;
+        if (!prepareStreams(*corner, deduplicate, inputs)) return false;
     }
     const auto stride = static_cast<std::size_t>(calculateIndexStreamStride());
     for (const auto& corner : corners) {
@@ -44,27 +48,34 @@ MeshPrimitiveBase::Input* MeshPrimitiveBase::findInput(Inputs& inputs, StreamSem
     return nullptr;
 }
 
-bool MeshPrimitiveBase::prepareStreams(const Vertex& corner, bool deduplicate, Inputs& inputs) {
+bool MeshPrimitiveBase::findInputs(const Vertex& corner, Inputs& inputs) const {
     for (const auto& element : corner.getElements()) {
         if (element->size > 0 && !element->values) return false;
-        const auto* input = findInput(inputs, element->semantic);
-        if (!input) {
-            inputs.push_back(prepareInput(*element, deduplicate));
-            input = &inputs.back();
-        }
-        if (input->stream && input->stream->stride != element->size) return false;
+        if (findInput(inputs, element->semantic)) continue;
+        const auto* const mapping = findMapping(element->semantic);
+        auto* const stream = mapping ? mapping->stream.get() : nullptr;
+        if (!stream && !canAddStreamFor(element->semantic)) return false;
+        inputs.push_back({element->semantic, stream, Input::unknownSlot});
     }
     return true;
 }
 
-MeshPrimitiveBase::Input MeshPrimitiveBase::prepareInput(const VertexElement& element,
-                                                         bool deduplicate) {
-    const auto* mapping = findMapping(element.semantic);
-    if (!mapping || !mapping->stream) {
-        addStreamFor(element, deduplicate);
-        mapping = findMapping(element.semantic);
+// Not when a mapping without a stream comes before that of a new stream, which nobody would find.
+bool MeshPrimitiveBase::canAddStreamFor(StreamSemantic semantic) const {
+    if (findBySemantic(streamMappings_, semantic)) return false;
+    return semantic != POSITION || peekMesh()->getVertices().empty();
+}
+
+bool MeshPrimitiveBase::prepareStreams(const Vertex& corner, bool deduplicate, Inputs& inputs) {
+    for (const auto& element : corner.getElements()) {
+        auto* const input = findInput(inputs, element->semantic);
+        if (!input->stream) {
+            validateStreamStateForVertexElement(element, deduplicate);
+            input->stream = getStreamBySemantic(element->semantic).get();
+        }
+        if (input->stream && input->stream->stride != element->size) return false;
     }
-    return {element.semantic, mapping ? mapping->stream.get() : nullptr, Input::unknownSlot};
+    return true;
 }
 
 bool MeshPrimitiveBase::appendRecord(const Vertex& corner, std::size_t stride, Inputs& inputs) {

@@ -22,6 +22,9 @@ int countTriangulatedCorners(const std::vector<unsigned int>& polygonStream) {
     return static_cast<int>(count);
 }
 
+/// Corner counts that the streams do not back must not exhaust the memory.
+std::size_t mostCorners(std::size_t backed) { return std::max<std::size_t>(backed, 1024); }
+
 bool isUnhandled(StreamSemantic semantic) {
     return (semantic >= TEXCOORD1 && semantic <= TEXCOORD7) || semantic == BINORMAL ||
            semantic == TANGENT;
@@ -70,11 +73,15 @@ const std::vector<unsigned int>& PolygonMeshPrimitive::getPolygonStream() const 
 
 boost::shared_ptr<Polygon> PolygonMeshPrimitive::getPolygonAt(unsigned int index) {
     if (index > 2 * polygonStream_.size()) return {};  // Loose on purpose.
+    return assemblePolygon(index, mostCorners(indexStream_.size()));
+}
+
+boost::shared_ptr<Polygon> PolygonMeshPrimitive::assemblePolygon(unsigned int index,
+                                                                 std::size_t most) const {
     const auto polygon = boost::make_shared<Polygon>();
-    if (index >= getCount()) return polygon;
-    // A corner count that no index stream backs must not exhaust the memory.
-    const std::size_t most = std::max<std::size_t>(indexStream_.size(), 1024);
-    const auto count = std::min<std::size_t>(polygonStream_[2 * std::size_t{index}], most);
+    const std::size_t place = 2 * std::size_t{index};
+    if (place + 1 >= polygonStream_.size()) return polygon;
+    const auto count = std::min<std::size_t>(polygonStream_[place], most);
     const auto vertices = boost::make_shared<Vertex[]>(count);
     for (std::size_t i = 0; i < count; ++i) {
         printUnhandledInputs();
@@ -91,7 +98,14 @@ boost::shared_ptr<IPrimitive> PolygonMeshPrimitive::getPrimitiveAt(unsigned int 
 std::vector<boost::shared_ptr<IPrimitive>> PolygonMeshPrimitive::getPrimitives() {
     std::vector<boost::shared_ptr<IPrimitive>> polygons;
     polygons.reserve(getCount());
-    for (unsigned int i = 0; i < getCount(); ++i) polygons.push_back(getPolygonAt(i));
+    const std::size_t mostOfOne = mostCorners(indexStream_.size());
+    // Generous: polygons may share their records, and small ones need none.
+    std::size_t left = mostCorners(4 * (indexStream_.size() + polygonStream_.size()));
+    for (unsigned int i = 0; i < getCount(); ++i) {
+        const auto polygon = assemblePolygon(i, std::min(mostOfOne, left));
+        left -= polygon->getVertexCount();
+        polygons.push_back(polygon);
+    }
     return polygons;
 }
 

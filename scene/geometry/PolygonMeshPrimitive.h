@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <vector>
 
 #include <boost/shared_ptr.hpp>
@@ -12,7 +13,8 @@ namespace vantorix::scene {
 class Polygon;
 
 /// A list of polygons, one index record per corner. Polygons are stored, but read back without
-/// values: callers that need them read the streams.
+/// values: callers that need them read the streams. Corner counts far beyond what the streams hold
+/// are cut: those of one polygon, and the sum of all that one call reads.
 class VANTORIX_SCENE_EXPORT PolygonMeshPrimitive : public MeshPrimitiveBase {
 public:
     PolygonMeshPrimitive(boost::shared_ptr<Mesh> mesh, const std::vector<StreamMapping>& mappings);
@@ -47,6 +49,8 @@ public:
     boost::shared_ptr<Polygon> getPolygonAt(unsigned int index);
 
 private:
+    /// With at most @p most corners.
+    boost::shared_ptr<Polygon> assemblePolygon(unsigned int index, std::size_t most) const;
     /// What is written for each vertex that is read back.
     void printUnhandledInputs() const;
 

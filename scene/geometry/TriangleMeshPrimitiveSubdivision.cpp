@@ -11,6 +11,7 @@
 #include "scene/geometry/TriangleSplit.h"
 
 namespace vantorix::scene {
+
 void TriangleMeshPrimitive::subDivide(boost::shared_ptr<Controller> controller) {
     const auto mesh = lockMesh();
     if (!mesh) return;

@@ -63,7 +63,8 @@ void Node::addNode(boost::shared_ptr<Node> child) {
 }
 
 void Node::announceNewChild(Node& child) {
-    if (!isAnythingHeard()) return;
+    const bool isGuest = child.scenePointer_ != scenePointer_;  // Heard by another scene's manager.
+    if (!isAnythingHeard() && !(isGuest && child.isAnythingHeard())) return;
     const auto self = weak_from_this().lock();
     child.triggerTransformationUpdate();
     if (isHeard(events::nodeNewChild)) {

@@ -210,6 +210,7 @@ public:
     /// @}
 
 private:
+    friend class AnimationPlayback;
     friend class ChildIndex;
     friend class NodeIndex;
     friend class NodeWalk;
@@ -229,13 +230,15 @@ private:
     const Extras& readExtras() const;
 
     void turn(const Eigen::Matrix3f& rotation);
-    void turnAbout(const Eigen::Vector3f& axis, float degrees);
     void applyMatrix(const Eigen::Matrix4f& matrix);
+    void takePlacement(const Eigen::Matrix4f& matrix);
+    /// setTransformations and setScale at once, to be used where nobody hears of either.
+    void poseUnheard(const Eigen::Matrix4f& matrix, const Eigen::Vector3f& factors);
     void applyElement(ITransformation& element);
     void updateLocalMatrix();
 
     void cacheWorldMatrix() const;
-    Eigen::Matrix4f uncachedWorldMatrix() const;
+    Eigen::Matrix4f combineFromTop(Eigen::Matrix4f Node::*own) const;
     void adoptWorldMatrix(const Node* parent) const;
     void linkToParent(const Node& parent) const;
     void unlinkFromParent() const;

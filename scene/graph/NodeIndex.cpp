@@ -36,6 +36,30 @@ Node* NodeIndex::findByName(Node& root, const std::string& name) {
     return find(names_, root, name);
 }
 
+void NodeIndex::findAllByID(Node& root, const std::vector<std::string>& ids,
+                            std::vector<Node*>& nodes) {
+    nodes.assign(ids.size(), nullptr);
+    const bool isBuilt = ids_.built || build(ids_, root);
+    Wanted wanted;
+    for (std::size_t i = 0; i < ids.size(); ++i) {
+        if (!isBuilt || ids_.table.find(ids[i], nodes[i]) == NodeTable::SEVERAL) {
+            wanted.emplace(ids[i], i);
+        }
+    }
+    if (!wanted.empty()) searchIDs(root, wanted, nodes);
+}
+
+void NodeIndex::searchIDs(Node& root, Wanted& wanted, std::vector<Node*>& nodes) {
+    NodeWalk walk(root, NodeWalk::SKIP_REPEATS);
+    for (Node* node = walk.next(); node && !wanted.empty(); node = walk.next()) {
+        const auto found = wanted.find(node->id_);
+        if (found == wanted.end()) continue;
+        nodes[found->second] = node;
+        ids_.table.rememberFirst(node->id_, node);
+        wanted.erase(found);
+    }
+}
+
 bool NodeIndex::lists(const Node& node) const { return node.indexGeneration_ == generation_; }
 
 Node* NodeIndex::find(View& view, Node& root, const std::string& text) {
@@ -73,6 +97,7 @@ void NodeIndex::attached(Node& child) {
 bool NodeIndex::list(Node& node) {
     if (node.liveScene() != scene_ || lists(node)) return false;
     node.indexGeneration_ = generation_;
+    ++revision_;
     if (ids_.built) ids_.table.insert(&node);
     if (names_.built) names_.table.insert(&node);
     return true;
@@ -80,6 +105,7 @@ bool NodeIndex::list(Node& node) {
 
 void NodeIndex::detached(Node& child) {
     if (child.attachments_ > 0) return drop();  // It may still hang elsewhere in the tree.
+    ++revision_;
     NodeWalk walk(child, NodeWalk::SKIP_REPEATS);
     for (Node* node = walk.next(); node; node = walk.next()) {
         if (node->attachments_ > 1) return drop();
@@ -90,6 +116,7 @@ void NodeIndex::detached(Node& child) {
 }
 
 void NodeIndex::beforeRename(Node& node, bool isID) {
+    if (isID) ++revision_;
     if (viewOf(isID).built) viewOf(isID).table.erase(&node);
 }
 
@@ -99,6 +126,7 @@ void NodeIndex::afterRename(Node& node, bool isID) {
 
 void NodeIndex::drop() {
     generation_ = nextGeneration();
+    ++revision_;
     for (auto* view : {&ids_, &names_}) {
         view->table.clear();
         view->built = false;

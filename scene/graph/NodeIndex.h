@@ -1,7 +1,11 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
+#include <vector>
+
+#include <boost/unordered/unordered_map.hpp>
 
 #include "scene/graph/NodeTable.h"
 
@@ -22,6 +26,13 @@ public:
 
     Node* findByID(Node& root, const std::string& id);
     Node* findByName(Node& root, const std::string& name);
+
+    /// Puts into @p nodes what findByID gives for each of @p ids, all of them different, with at
+    /// most one search for all.
+    void findAllByID(Node& root, const std::vector<std::string>& ids, std::vector<Node*>& nodes);
+
+    /// While this stays the same and is not 0, look-ups by ID give what they gave before.
+    std::uint64_t revisionOfIDs() const { return ids_.built ? revision_ : 0; }
 
     bool lists(const Node& node) const;
 
@@ -47,11 +58,14 @@ private:
 
     Node* find(View& view, Node& root, const std::string& text);
     bool build(View& view, Node& root);
+    using Wanted = boost::unordered_map<std::string, std::size_t>;
+    void searchIDs(Node& root, Wanted& wanted, std::vector<Node*>& nodes);
     bool list(Node& node);
     View& viewOf(bool isID) { return isID ? ids_ : names_; }
 
     const SceneManager* scene_;
     std::uint64_t generation_;
+    std::uint64_t revision_ = 1;
     std::uint64_t renames_ = 0;
     View ids_;
     View names_;

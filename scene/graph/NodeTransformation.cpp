@@ -9,28 +9,19 @@
 #include "scene/graph/Node.h"
 #include "scene/graph/NodeExtras.h"
 #include "scene/graph/SceneEvents.h"
+#include "scene/transform/AxisAngle.h"
+#include "scene/transform/EditCounter.h"
 #include "scene/transform/TransformationMatrix.h"
 #include "scene/transform/TransformationRotate.h"
 #include "scene/transform/TransformationScale.h"
 #include "scene/transform/TransformationTranslate.h"
 
 namespace vantorix::scene {
-namespace {
-
-constexpr float radiansPerDegree = 0.017453292f;
-
-// Zero for a vector without components, as a rotate element made without an axis holds it.
-Eigen::Vector3f toEigen(const core::utils::Vector<float, 3>& vector) {
-    if (vector.size() < 3) return Eigen::Vector3f::Zero();
-    return {vector[0], vector[1], vector[2]};
-}
-
-}  // namespace
 
 void Node::move(const Eigen::Vector3f& offset) {
-    const Eigen::Vector3f turned =
-        rotation_.topLeftCorner<3, 3>() * offset + rotation_.topRightCorner<3, 1>();
-    translation_ += scaling_.cwiseProduct(turned);
+    // The product first: scaling the turned offset instead would round differently.
+    const Eigen::Matrix4f product = scaling_.homogeneous().asDiagonal() * rotation_;
+    translation_ += product.topLeftCorner<3, 3>() * offset + product.topRightCorner<3, 1>();
     triggerTransformationUpdate();
 }
 
@@ -79,6 +70,7 @@ void Node::addTransformation(boost::shared_ptr<ITransformation> element) {
     if (!element) return;
     applyElement(*element);
     extras().elements.push_back(std::move(element));
+    elementEdits.note();
     triggerTransformationUpdate();
 }
 
@@ -90,12 +82,22 @@ void Node::setTransformations(const Eigen::Translation<float, 3>& translation,
 }
 
 void Node::setTransformations(const Eigen::Matrix4f& matrix) {
+    takePlacement(matrix);
+    triggerTransformationUpdate();
+}
+
+void Node::poseUnheard(const Eigen::Matrix4f& matrix, const Eigen::Vector3f& factors) {
+    takePlacement(matrix);
+    scaling_ = factors;
+    updateLocalMatrix();
+}
+
+void Node::takePlacement(const Eigen::Matrix4f& matrix) {
     translation_ = matrix.topRightCorner<3, 1>();
     for (Eigen::Index column = 0; column < 3; ++column) {
         const Eigen::Vector3f axis = matrix.block<3, 1>(0, column);
         rotation_.block<3, 1>(0, column) = axis / axis.norm();  // No guard: defined so.
     }
-    triggerTransformationUpdate();
 }
 
 std::vector<boost::shared_ptr<ITransformation>> Node::getOriginalTransformations() const {
@@ -104,6 +106,7 @@ std::vector<boost::shared_ptr<ITransformation>> Node::getOriginalTransformations
 
 void Node::setOriginalTransformations(std::vector<boost::shared_ptr<ITransformation>> elements) {
     extras().elements = std::move(elements);
+    elementEdits.note();
 }
 
 Eigen::Translation<float, 3> Node::getTranslation() const {
@@ -112,12 +115,6 @@ Eigen::Translation<float, 3> Node::getTranslation() const {
 
 void Node::turn(const Eigen::Matrix3f& rotation) {
     rotation_.topLeftCorner<3, 3>() = (rotation_.topLeftCorner<3, 3>() * rotation).eval();
-}
-
-void Node::turnAbout(const Eigen::Vector3f& axis, float degrees) {
-    const float length = axis.norm();
-    if (!(length > 0.0f)) return;
-    turn(Eigen::AngleAxisf(degrees * radiansPerDegree, axis / length).toRotationMatrix());
 }
 
 // The polar decomposition by way of the singular values: A = U S V' = (U V') (V S V'). A mirrored
@@ -139,9 +136,9 @@ void Node::applyElement(ITransformation& element) {
     if (auto* const matrix = dynamic_cast<TransformationMatrix*>(&element)) {
         applyMatrix(Eigen::Map<const Eigen::Matrix4f>(matrix->getMatrix().getMatrix()));
     } else if (auto* const rotate = dynamic_cast<TransformationRotate*>(&element)) {
-        turnAbout(toEigen(rotate->getRotationAxis()), rotate->getAngle());
+        turn(rotationAbout(toEigen(rotate->getRotationAxis()), rotate->getAngle()));
     } else if (auto* const scaling = dynamic_cast<TransformationScale*>(&element)) {
-        scaling_ = toEigen(scaling->getScale());
+        if (scaling->getScale().size() >= 3) scaling_ = toEigen(scaling->getScale());
     } else if (auto* const translate = dynamic_cast<TransformationTranslate*>(&element)) {
         translation_ += toEigen(translate->getTranslation());
     }
@@ -159,24 +156,30 @@ void Node::updateLocalMatrix() {
 
 void Node::triggerTransformationUpdate() {
     updateLocalMatrix();
-    if (isHeard(events::nodeTransformationUpdate)) {
-        dispatch(events::nodeTransformationUpdate,
-                 core::event::EventData::withMatrix(id_, localMatrix_.data()));
-    }
+    if (!isHeard(events::nodeTransformationUpdate)) return sendEmpty(events::sceneUpdate);
+    const auto self = weak_from_this().lock();  // A listener may release this node.
+    dispatch(events::nodeTransformationUpdate,
+             core::event::EventData::withMatrix(id_, localMatrix_.data()));
     sendEmpty(events::sceneUpdate);
 }
 
 Eigen::Matrix4f Node::getCombinedTransformations() const {
     if (!worldCached_) cacheWorldMatrix();
-    return worldCached_ ? worldMatrix_ : uncachedWorldMatrix();
+    return worldCached_ ? worldMatrix_ : combineFromTop(&Node::localMatrix_);
 }
 
-Eigen::Matrix4f Node::getCombinedRotations() const {
-    Eigen::Matrix4f combined = rotation_;
-    boost::unordered_set<const Node*> met{this};
-    for (const Node* node = liveParent(); node && met.insert(node).second;
-         node = node->liveParent()) {
-        combined = (node->rotation_ * combined).eval();
+Eigen::Matrix4f Node::getCombinedRotations() const { return combineFromTop(&Node::rotation_); }
+
+// In the order of a recursion over the parents, to the last bit: ((top * a) * b) * this.
+Eigen::Matrix4f Node::combineFromTop(Eigen::Matrix4f Node::*own) const {
+    std::vector<const Node*> chain;
+    boost::unordered_set<const Node*> met;
+    for (const Node* node = this; node && met.insert(node).second; node = node->liveParent()) {
+        chain.push_back(node);
+    }
+    Eigen::Matrix4f combined = chain.back()->*own;
+    for (std::size_t i = chain.size() - 1; i-- > 0;) {
+        combined = (combined * (chain[i]->*own)).eval();
     }
     return combined;
 }
@@ -198,16 +201,6 @@ void Node::cacheWorldMatrix() const {
         path.back()->adoptWorldMatrix(path.back()->liveParent());
         path.pop_back();
     }
-}
-
-Eigen::Matrix4f Node::uncachedWorldMatrix() const {
-    Eigen::Matrix4f combined = localMatrix_;
-    boost::unordered_set<const Node*> met{this};
-    for (const Node* node = liveParent(); node && met.insert(node).second;
-         node = node->liveParent()) {
-        combined = (node->localMatrix_ * combined).eval();
-    }
-    return combined;
 }
 
 void Node::adoptWorldMatrix(const Node* parent) const {

@@ -1,5 +1,7 @@
 #include "scene/graph/SceneManager.h"
 
+#include <utility>
+
 #include <boost/make_shared.hpp>
 #include <boost/thread/thread.hpp>
 
@@ -65,9 +67,17 @@ void SceneManager::lockScene() { sync_->lockScene(); }
 void SceneManager::unlockScene() { sync_->unlockScene(); }
 
 void SceneManager::setEventManager(boost::shared_ptr<core::event::EventManager> eventManager) {
-    EventBase::setEventManager(eventManager);
-    if (geometryManager_) geometryManager_->setEventManager(eventManager);
-    sync_->setEventManager(eventManager);
+    boost::shared_ptr<core::event::EventManager> replaced;  // Released after the lock.
+    {
+        const auto lock = sync_->lockManagers();
+        EventBase::setEventManager(eventManager);
+        if (geometryManager_) {
+            replaced = geometryManager_->getEventManager();
+            geometryManager_->setEventManager(eventManager);
+        }
+        sync_->setEventManager(std::move(eventManager));
+    }
+    sync_->releaseRetired();
 }
 
 boost::shared_ptr<core::system::IClock> SceneManager::getClock() const { return sync_->clock(); }
@@ -102,11 +112,19 @@ void SceneManager::setSurrounding(boost::shared_ptr<Image> image) {
 
 void SceneManager::setGeometryManager(boost::shared_ptr<GeometryManager> manager) {
     if (!manager) return;
-    manager->setEventManager(getEventManager());
-    geometryManager_ = std::move(manager);
+    const auto replaced = manager->getEventManager();  // Released after the lock.
+    {
+        const auto lock = sync_->lockManagers();
+        manager->setEventManager(getEventManager());
+        geometryManager_.swap(manager);
+    }
     std::vector<boost::shared_ptr<IGeometry>> geometries;
     geometryManager_->getGeometries(geometries);
     recordIDs(*this, geometries);
+}
+
+void SceneManager::setAnimationManager(boost::shared_ptr<AnimationManager> manager) {
+    animationManager_ = std::move(manager);
 }
 
 boost::shared_ptr<Node> SceneManager::getRoot() {

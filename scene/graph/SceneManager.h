@@ -25,6 +25,8 @@ class IClock;
 
 namespace vantorix::scene {
 
+class Animation;
+class AnimationManager;
 class CameraInstance;
 class Controller;
 class Effect;
@@ -118,6 +120,9 @@ public:
     /// Records the IDs of the manager's geometries and gives it this scene's event manager.
     void setGeometryManager(boost::shared_ptr<GeometryManager> manager);
     boost::shared_ptr<LayerManager> getLayerManager() const { return layerManager_; }
+    /// Empty until one is set. Setting it, also to empty, neither attaches nor drives it.
+    boost::shared_ptr<AnimationManager> getAnimationManager() const { return animationManager_; }
+    void setAnimationManager(boost::shared_ptr<AnimationManager> manager);
     /// @}
 
     /// @name Tree
@@ -175,6 +180,18 @@ public:
     void setMaterialList(std::vector<boost::shared_ptr<Material>> materials);
     /// Material::toString of every material, each followed by an empty line.
     std::string materialLibraryToString() const;
+    /// @}
+
+    /// @name Animations
+    /// @{
+    void addAnimation(boost::shared_ptr<Animation> animation);
+    /// A position outside the library changes nothing.
+    void removeAnimation(unsigned int index);
+    void removeAllAnimations();
+    std::vector<boost::shared_ptr<Animation>> getAnimationsLibrary() const {
+        return animationsLibrary_;
+    }
+    void setAnimationsLibrary(std::vector<boost::shared_ptr<Animation>> animations);
     /// @}
 
     /// @name Controllers
@@ -355,6 +372,7 @@ private:
     friend class ChildIndex;
     friend class MaterialIndex;
     friend class Node;
+    friend class TargetedNodes;
     friend class SceneMerge;
     struct HandlerGate;
     using LocalHandler = void (SceneManager::*)(core::event::Event);
@@ -377,6 +395,7 @@ private:
 
     boost::shared_ptr<LayerManager> layerManager_;
     boost::shared_ptr<GeometryManager> geometryManager_;
+    boost::shared_ptr<AnimationManager> animationManager_;
     boost::shared_ptr<Node> root_;
 
     float meterUnit_ = 1.0f;
@@ -393,6 +412,7 @@ private:
     std::vector<boost::shared_ptr<Camera>> cameraLibrary_;
     std::vector<boost::shared_ptr<CameraInstance>> cameraInstances_;
     std::vector<boost::shared_ptr<Light>> lightLibrary_;
+    std::vector<boost::shared_ptr<Animation>> animationsLibrary_;
     std::vector<boost::shared_ptr<Controller>> controllersLibrary_;
     std::vector<boost::shared_ptr<PhysicsMaterial>> physicsMaterialLibrary_;
     std::vector<boost::shared_ptr<PhysicsModel>> physicsModelLibrary_;

@@ -1,9 +1,11 @@
 #include <algorithm>
+#include <cstddef>
 #include <sstream>
 #include <utility>
 
 #include <boost/filesystem/path.hpp>
 
+#include "scene/animation/Animation.h"
 #include "scene/controller/Controller.h"
 #include "scene/graph/SceneEvents.h"
 #include "scene/graph/SceneLibrary.h"
@@ -120,6 +122,23 @@ std::string SceneManager::materialLibraryToString() const {
         if (material) text += material->toString() + "\n";
     }
     return text;
+}
+
+void SceneManager::addAnimation(boost::shared_ptr<Animation> animation) {
+    if (animation) animationsLibrary_.push_back(std::move(animation));
+}
+
+void SceneManager::removeAnimation(unsigned int index) {
+    if (index < animationsLibrary_.size()) {
+        animationsLibrary_.erase(animationsLibrary_.begin() + static_cast<std::ptrdiff_t>(index));
+    }
+}
+
+void SceneManager::removeAllAnimations() { animationsLibrary_.clear(); }
+
+void SceneManager::setAnimationsLibrary(std::vector<boost::shared_ptr<Animation>> animations) {
+    animationsLibrary_ = std::move(animations);
+    recordIDs(*this, animationsLibrary_);
 }
 
 void SceneManager::addController(boost::shared_ptr<Controller> controller) {

@@ -195,14 +195,15 @@ void SceneSync::setClock(boost::shared_ptr<core::system::IClock> clock) {
     clock_.swap(clock);
 }
 
+boost::unique_lock<boost::recursive_mutex> SceneSync::lockManagers() {
+    return boost::unique_lock<boost::recursive_mutex>(managersMutex_);
+}
+
 void SceneSync::setEventManager(boost::shared_ptr<core::event::EventManager> eventManager) {
-    {
-        const boost::lock_guard<boost::mutex> guard(stateMutex_);
-        eventManager_.swap(eventManager);
-        if (eventManager) retired_.push_back(std::move(eventManager));
-        anyRetired_ = !retired_.empty();
-    }
-    releaseRetired();
+    const boost::lock_guard<boost::mutex> guard(stateMutex_);
+    eventManager_.swap(eventManager);
+    if (eventManager) retired_.push_back(std::move(eventManager));
+    anyRetired_ = !retired_.empty();
 }
 
 void SceneSync::releaseRetired() {

@@ -6,7 +6,9 @@
 #include <boost/date_time/posix_time/ptime.hpp>
 #include <boost/smart_ptr/shared_ptr.hpp>
 #include <boost/thread/condition_variable.hpp>
+#include <boost/thread/lock_types.hpp>
 #include <boost/thread/mutex.hpp>
+#include <boost/thread/recursive_mutex.hpp>
 #include <boost/thread/thread.hpp>
 
 #include "core_api/logger/Logger.h"
@@ -58,9 +60,16 @@ public:
     boost::shared_ptr<core::system::IClock> clock() const;
     void setClock(boost::shared_ptr<core::system::IClock> clock);
 
-    /// Keeps the replaced manager until no other thread holds the scene lock: whoever edits under
-    /// the lock may be asking it right now, without a reference, whether an event is heard.
+    /// Held while the scene, its geometry manager and this object change over to another event
+    /// manager, and while nothing is released. Recursive: a subclass of EventManager may call back.
+    boost::unique_lock<boost::recursive_mutex> lockManagers();
+
+    /// Keeps the replaced manager until releaseRetired().
     void setEventManager(boost::shared_ptr<core::event::EventManager> eventManager);
+
+    /// Releases replaced managers once no other thread holds the scene lock: whoever edits under
+    /// the lock may be asking one right now, without a reference, whether an event is heard.
+    void releaseRetired();
 
 private:
     void cycle();
@@ -72,7 +81,6 @@ private:
     bool isRegistered(const boost::shared_ptr<ISceneController>& controller) const;
     void announceChange();
     void sleep();
-    void releaseRetired();
     bool isSyncThread() const { return threadID_ == boost::this_thread::get_id(); }
 
     SceneLock controllersLock_;
@@ -80,6 +88,7 @@ private:
     std::vector<boost::shared_ptr<ISceneController>> controllers_;
     bool controllersChanged_ = false;  ///< Since the cycle in progress took its copy.
 
+    boost::recursive_mutex managersMutex_;  ///< Taken before the next one.
     mutable boost::mutex stateMutex_;  ///< Guards what follows; nothing else is locked under it.
     boost::condition_variable stateChanged_;
     bool threadStarted_ = false;

@@ -9,6 +9,9 @@ namespace vantorix::scene {
 /// What all transformation elements have in common: type, SID and the updated flag.
 class VANTORIX_SCENE_EXPORT TransformationElement : public ITransformation {
 public:
+    TransformationElement(const TransformationElement& other);
+    TransformationElement& operator=(const TransformationElement& other);
+
     Type getType() const override;
     bool updated() override;
     void setSid(std::string sid) override;

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <thread>
 
 #include "scene/geometry/FloatArray.h"
 #include "tests/geometry/GeometrySupport.h"
@@ -84,6 +85,34 @@ TEST(FloatArray, IsEditedInEveryWayThatAVectorIs) {
     editInEveryWay(array);
     EXPECT_EQ(array, model);
     EXPECT_EQ(Floats(array.crbegin(), array.crend()), Floats(model.rbegin(), model.rend()));
+}
+
+TEST(FloatArray, SwapsWithAVectorOnEitherSide) {
+    FloatArray array = {1, 2};
+    Floats vector = {3};
+    swap(array, vector);
+    EXPECT_EQ(array, Floats{3});
+    EXPECT_EQ(vector, (Floats{1, 2}));
+    float& first = vector.front();
+    swap(vector, array);
+    first = 4;  // The reference follows its float into the array.
+    EXPECT_EQ(array, (Floats{4, 2}));
+    EXPECT_EQ(vector, Floats{3});
+}
+
+TEST(FloatArray, IsReadByTwoThreadsAtOnceAlsoWhereItCouldBeWritten) {
+    FloatArray array(1000, 1.0f);
+    float totals[] = {0, 0};
+    const auto read = [&array](float& total) {
+        for (std::size_t i = 0; i < array.size(); ++i) total += array[i];
+        for (const float value : array) total += value;
+        total += *array.data() + array.front() + array.back() + array.at(1);
+    };
+    std::thread other(read, std::ref(totals[1]));
+    read(totals[0]);
+    other.join();
+    EXPECT_EQ(totals[0], 2004);
+    EXPECT_EQ(totals[1], 2004);
 }
 
 TEST(FloatArray, OutsideTheArrayAtRaisesAnError) {

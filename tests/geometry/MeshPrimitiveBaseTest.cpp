@@ -129,6 +129,28 @@ TEST_F(MeshPrimitiveBaseTest, AMissingVertexMappingIsLogged) {
     EXPECT_EQ(logOf([&] { complete.getStreamMappingOffsetForSemantic(COLOR); }), "");
 }
 
+TEST_F(MeshPrimitiveBaseTest, AListedInputWithoutAStreamTakesNoFaces) {
+    const auto corner = makeVertex({1, 2, 3}, {0, 0, 1});
+    const auto face = boost::make_shared<Triangle>(corner, corner, corner);
+    const auto expectNothingAdded = [&](OpenPrimitive primitive) {
+        const auto mappings = primitive.getStreamMapping().size();
+        for (int i = 0; i < 3; ++i) EXPECT_FALSE(primitive.addTriangle(face, true));
+        EXPECT_EQ(primitive.getStreamMapping().size(), mappings);
+        EXPECT_TRUE(primitive.getIndexStream().empty());
+        EXPECT_GT(minimumOf(primitive).x(), 1e38f);
+        EXPECT_TRUE(mesh->getStreams().empty());
+    };
+    mesh = boost::make_shared<Mesh>("m", "");
+    for (const auto semantic : {NORMAL, POSITION}) {
+        expectNothingAdded(make({StreamMapping(semantic, {}, 0)}));
+        expectNothingAdded(make({StreamMapping(VERTEX, {}, 0), StreamMapping(semantic, {}, 1)}));
+    }
+    for (const auto semantic : {NORMAL, POSITION}) {
+        mesh->setVertices({StreamMapping(semantic, {}, 0)});
+        expectNothingAdded(make({StreamMapping(VERTEX, {}, 0)}));
+    }
+}
+
 TEST_F(MeshPrimitiveBaseTest, APositionBringsItsStreamAndTheIndirection) {
     mesh = boost::make_shared<Mesh>("m", "");
     auto primitive = make({});

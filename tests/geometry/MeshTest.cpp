@@ -95,6 +95,41 @@ TEST_F(MeshTest, WithoutPositionsTheBoxIsAtTheOrigin) {
     EXPECT_EQ(mesh->getBVCenter(), Vector3f(0, 0, 0));
 }
 
+/// Adds another primitive to its mesh whenever it is measured.
+struct GrowingPrimitive : TriangleMeshPrimitive {
+    explicit GrowingPrimitive(const boost::shared_ptr<Mesh>& mesh)
+        : TriangleMeshPrimitive(mesh, {StreamMapping(VERTEX, {}, 0)}), target(*mesh) {}
+
+    core::utils::Vector<float, 3> getBVMin() override {
+        return grow(), MeshPrimitiveBase::getBVMin();
+    }
+    core::utils::Vector<float, 3> getBVMax() override {
+        return grow(), MeshPrimitiveBase::getBVMax();
+    }
+    Vector3f getBVCenter() override { return grow(), MeshPrimitiveBase::getBVCenter(); }
+    void grow() {
+        if (target.getPrimitiveCount() > 100) return;
+        const auto far = target.getPrimitiveCount() % 2 == 0 ? 9.0f : -9.0f;
+        const auto added = boost::make_shared<TriangleMeshPrimitive>(
+            boost::make_shared<Mesh>("far", ""), std::vector<StreamMapping>());
+        added->addTriangle(makeTriangle({far, far, far}, {far, far, far}, {far, far, far}), true);
+        target.addPrimitive(added);
+    }
+    Mesh& target;
+};
+
+TEST_F(MeshTest, PrimitivesAddedWhileTheBoxIsMeasuredStayOutside) {
+    for (int i = 0; i < 3; ++i) {
+        const auto primitive = boost::make_shared<GrowingPrimitive>(mesh);
+        primitive->addTriangle(makeRightTriangle(), true);
+        mesh->addPrimitive(primitive);
+    }
+    EXPECT_EQ(mesh->getBVMax(), Vector3f(1, 1, 0));
+    EXPECT_EQ(mesh->getBVMin(), Vector3f(0, 0, 0));
+    EXPECT_EQ(mesh->getBVCenter(), Vector3f(1.5f, 1.5f, 0));
+    EXPECT_EQ(mesh->getPrimitiveCount(), 12u);
+}
+
 TEST_F(MeshTest, PositionsThatWereNotCountedAreNotMeasured) {
     mesh = makeMesh({1, 2, 3, 4, 5, 6});
     mesh->getStream("positions")->count = 0;

@@ -1,3 +1,5 @@
+#include <numeric>
+
 #include "scene/geometry/Polygon.h"
 #include "scene/geometry/PolygonMeshPrimitive.h"
 #include "tests/geometry/GeometrySupport.h"
@@ -50,6 +52,38 @@ TEST_F(PolygonMeshPrimitiveTest, ReadPolygonsHaveEmptyVertices) {
               "TANGENT not handled\nTANGENT not handled\nTANGENT not handled\n"
               "TANGENT not handled\n");
     EXPECT_EQ(outputOf([&] { EXPECT_EQ(primitive.getPrimitives().size(), 2u); }).size(), 7u * 20u);
+}
+
+std::vector<unsigned int> cornerCounts(PolygonMeshPrimitive& primitive) {
+    std::vector<unsigned int> counts;
+    for (const auto& face : primitive.getPrimitives()) {
+        counts.push_back(boost::dynamic_pointer_cast<Polygon>(face)->getVertexCount());
+    }
+    return counts;
+}
+
+TEST_F(PolygonMeshPrimitiveTest, WrongCornerCountsDoNotExhaustTheMemory) {
+    constexpr std::size_t polygons = 3000;
+    Indices stream;
+    for (std::size_t i = 0; i < polygons; ++i) stream.insert(stream.end(), {4294967295u, 0});
+    PolygonMeshPrimitive primitive(mesh, {}, {}, stream);
+    const auto counts = cornerCounts(primitive);
+    EXPECT_EQ(counts.size(), polygons);
+    EXPECT_LT(std::accumulate(counts.begin(), counts.end(), 0u), 10 * polygons);
+}
+
+TEST_F(PolygonMeshPrimitiveTest, OrdinaryCornerCountsAreReadWithAndWithoutIndices) {
+    PolygonMeshPrimitive pair(mesh, {}, {}, {4, 0, 3, 8});
+    EXPECT_EQ(cornerCounts(pair), Indices({4, 3}));
+    Indices stream, expected;
+    for (unsigned int i = 0; i < 5000; ++i) {
+        expected.push_back(i % 7);
+        stream.insert(stream.end(), {i % 7, 0});
+    }
+    PolygonMeshPrimitive small(mesh, {}, {}, stream);
+    EXPECT_EQ(cornerCounts(small), expected);
+    PolygonMeshPrimitive large(mesh, {}, Indices(9000, 0), {4000, 0, 5000, 4000});
+    EXPECT_EQ(cornerCounts(large), Indices({4000, 5000}));
 }
 
 TEST_F(PolygonMeshPrimitiveTest, EveryUnhandledInputIsNamedOncePerVertex) {

@@ -40,6 +40,30 @@ std::string textOf(const Eigen::Matrix4f& matrix) {
     return Matrix(matrix.data()).toEventDataString();
 }
 
+using Setter = std::function<void(Node&)>;
+
+/// Everything that moves a node, once each.
+std::vector<Setter> transformSetters() {
+    const Eigen::Matrix4f identity = Eigen::Matrix4f::Identity();
+    const Eigen::Vector3f factors(1, 2, 3);
+    const Eigen::Translation3f place(1, 2, 3);
+    return {[](Node& node) { node.move(1, 0, 0); },
+            [](Node& node) { node.addTranslation(1, 0, 0); },
+            [=](Node& node) { node.setTranslation(place); },
+            [](Node& node) { node.rotate(quarterTurnAboutZ()); },
+            [](Node& node) { node.addRotation(quarterTurnAboutZ()); },
+            [=](Node& node) { node.setRotation(identity); },
+            [=](Node& node) { node.scale(factors); },
+            [=](Node& node) { node.setScale(factors); },
+            [=](Node& node) { node.addTransformation(identity); },
+            [](Node& node) {
+                node.addTransformation(boost::make_shared<scene::TransformationMatrix>());
+            },
+            [=](Node& node) { node.setTransformations(identity); },
+            [=](Node& node) { node.setTransformations(place, identity); },
+            [](Node& node) { node.triggerTransformationUpdate(); }};
+}
+
 /// A running scene that records its events, and two nodes that are not attached yet.
 struct TwoNodes : testing::Test {
     RecordedScene scene;
@@ -87,6 +111,15 @@ TEST_F(NodeHierarchy, NoCircleOfChildrenCanArise) {
     EXPECT_EQ(parent->getChildCount(), 1u);
     EXPECT_EQ(grandchild->getChildCount(), 0u);
     EXPECT_EQ(scene.eventNames(), Names());
+}
+
+TEST_F(NodeHierarchy, AChildOfAnotherSceneIsAnnouncedThereToo) {
+    const RecordedScene other;
+    const auto guest = other.makeNode("guest");
+    other.forgetEvents();
+    scene->setEventManager(boost::make_shared<core::event::EventManager>());  // Nobody listens.
+    parent->addNode(guest);
+    EXPECT_EQ(other.eventNames(), Names({"NodeTransformationUpdate", "SceneUpdate"}));
 }
 
 TEST_F(NodeHierarchy, PositionsOutsideTheListsThrow) {
@@ -163,6 +196,23 @@ TEST_F(NodeTransformation, MovingFollowsTheOwnRotationAndScale) {
     EXPECT_TRUE(isNear(child->getTranslation().vector(), Eigen::Vector3f(0, 3, 0)));
 }
 
+TEST_F(NodeTransformation, MovingAppliesTheProductOfScaleAndRotation) {
+    for (int i = 0; i < 200; ++i) {
+        const Eigen::Vector4f factors(Eigen::Vector4f::Random().head<3>().homogeneous());
+        const Eigen::Matrix4f rotation = Eigen::Matrix4f::Random();
+        const Eigen::Vector3f offset = Eigen::Vector3f::Random();
+        const auto node = scene.makeNode("node");
+        node->setScale(factors.head<3>());
+        node->setRotation(rotation);
+        node->move(offset);
+        Eigen::Matrix4f product;
+        for (int row = 0; row < 4; ++row) product.row(row) = factors[row] * rotation.row(row);
+        const Eigen::Vector3f expected =
+            product.topLeftCorner<3, 3>() * offset + product.topRightCorner<3, 1>();
+        EXPECT_EQ(node->getTranslation().vector(), expected) << "to the last bit";
+    }
+}
+
 TEST_F(NodeTransformation, AScaleInsideAWholeMatrixIsDropped) {
     Eigen::Matrix4f matrix = Eigen::Matrix4f::Identity();
     matrix.topLeftCorner<3, 3>() = quarterTurnAboutZ() * 3.0f;
@@ -187,32 +237,41 @@ TEST_F(NodeTransformation, AWholeMatrixMultipliesTheRotationAndAddsItsTranslatio
 }
 
 TEST_F(NodeTransformation, EverySetterAnnouncesTheNewLocalMatrixOnce) {
-    const std::vector<std::function<void()>> setters = {
-        [&] { child->move(1, 0, 0); },
-        [&] { child->addTranslation(1, 0, 0); },
-        [&] { child->setTranslation(Eigen::Translation3f(1, 2, 3)); },
-        [&] { child->rotate(quarterTurnAboutZ()); },
-        [&] { child->addRotation(quarterTurnAboutZ()); },
-        [&] { child->setRotation(Eigen::Matrix4f::Identity()); },
-        [&] {
-            child->scale({1, 2, 3});
-        },
-        [&] {
-            child->setScale({1, 2, 3});
-        },
-        [&] { child->addTransformation(Eigen::Matrix4f::Identity().eval()); },
-        [&] { child->addTransformation(boost::make_shared<scene::TransformationMatrix>()); },
-        [&] { child->setTransformations(Eigen::Matrix4f::Identity().eval()); },
-        [&] {
-            child->setTransformations(Eigen::Translation3f(1, 0, 0), Eigen::Matrix4f::Identity());
-        }};
+    const auto setters = transformSetters();
     for (std::size_t i = 0; i < setters.size(); ++i) {
         scene.forgetEvents();
-        setters[i]();
+        setters[i](*child);
         EXPECT_EQ(scene.eventLines(),
                   Names({"NodeTransformationUpdate|child," + textOf(child->getTransformations()),
                          "SceneUpdate|"}))
             << "setter " << i;
+    }
+}
+
+TEST_F(NodeTransformation, ANodeReleasedByItsOwnEventLivesUntilTheSecondOneIsSent) {
+    struct WatchedNode : Node {
+        WatchedNode(const boost::shared_ptr<scene::SceneManager>& manager, bool& flag)
+            : Node(manager), isGone(flag) {}
+        ~WatchedNode() override { isGone = true; }
+        bool& isGone;
+    };
+    struct Releaser : core::event::EventManager {
+        using EventManager::triggerEvent;
+        void triggerEvent(core::event::Event event) override {
+            seen.push_back(event.getEventType().getName() + (isGone ? ": gone" : ": alive"));
+            target.reset();
+        }
+        boost::shared_ptr<Node> target;
+        bool isGone = false;
+        Names seen;
+    };
+    for (const auto& setter : transformSetters()) {
+        const auto releaser = boost::make_shared<Releaser>();
+        scene->setEventManager(releaser);
+        releaser->target = boost::make_shared<WatchedNode>(scene.manager, releaser->isGone);
+        setter(*releaser->target.get());
+        EXPECT_EQ(releaser->seen, Names({"NodeTransformationUpdate: alive", "SceneUpdate: alive"}));
+        EXPECT_TRUE(releaser->isGone);
     }
 }
 
@@ -268,6 +327,13 @@ TEST_F(NodeElements, ApplyInTheirOrderAndAreAllListed) {
     EXPECT_TRUE(isNear(child->getTranslation().vector(), Eigen::Vector3f(1, 0, 0)));
     EXPECT_TRUE(isNear(child->getRotation().topLeftCorner<3, 3>(), quarterTurnAboutZ()));
     EXPECT_EQ(child->getScale(), Eigen::Vector3f(2, 3, 4));
+}
+
+TEST_F(NodeElements, AScaleWithoutComponentsLeavesTheScaleAlone) {
+    child->setScale({2, 3, 4});
+    child->addTransformation(boost::make_shared<scene::TransformationScale>(Vector()));
+    EXPECT_EQ(child->getScale(), Eigen::Vector3f(2, 3, 4));
+    EXPECT_EQ(child->getOriginalTransformations().size(), 1u);
 }
 
 TEST_F(NodeElements, AMatrixSplitsIntoTranslationRotationAndScale) {

@@ -2,10 +2,12 @@
 #include <stdexcept>
 
 #include <boost/thread.hpp>
+#include <boost/thread/barrier.hpp>
 #include <gtest/gtest.h>
 
 #include "core_api/event/EventBase.h"
 
+#include "scene/geometry/GeometryManager.h"
 #include "scene/graph/ISceneController.h"
 #include "tests/support/RecordedScene.h"
 
@@ -234,6 +236,52 @@ TEST_F(Synchronisation, ThreadsEditUnderTheLockWhileControllersMoveNodes) {
     ASSERT_TRUE(controller->updated.await(1));
     scene->stop();
     EXPECT_EQ(root->getChildCount(), 300u);
+}
+
+/// Unlocking the scene releases what was replaced, unless the thread holds the lock: it does it.
+bool isReleased(const RecordedScene& scene,
+                const boost::weak_ptr<core::event::EventManager>& gone) {
+    for (int i = 0; i < 100000 && !gone.expired(); ++i) {
+        scene->lockScene();
+        scene->unlockScene();
+    }
+    return gone.expired();
+}
+
+/// Lets the second of two callers overtake the first one, where nothing keeps them in order.
+struct HesitantManager : scene::GeometryManager {
+    HesitantManager() : GeometryManager(nullptr) {}
+    void setEventManager(boost::shared_ptr<core::event::EventManager> manager) override {
+        const bool isFirst = ++callers == 1;
+        for (int i = 0; i < 500 && isFirst && !hasSecondLeft; ++i) boost::this_thread::yield();
+        GeometryManager::setEventManager(std::move(manager));
+        hasSecondLeft = !isFirst;
+    }
+    std::atomic<int> callers{0};
+    std::atomic<bool> hasSecondLeft{false};
+};
+
+TEST(SceneEventManagers, GivenByTwoThreadsAtOnceEndAsOneEverywhere) {
+    const RecordedScene scene;
+    for (int round = 0; round < 50 && !testing::Test::HasFailure(); ++round) {
+        const auto geometries = boost::make_shared<HesitantManager>();
+        scene->setGeometryManager(geometries);
+        geometries->callers = 0;
+        boost::weak_ptr<core::event::EventManager> given[2];
+        boost::barrier start(2);
+        const auto give = [&](int which) {
+            auto manager = boost::make_shared<core::event::EventManager>();
+            given[which] = manager;
+            start.wait();
+            scene->setEventManager(std::move(manager));
+        };
+        boost::thread other(give, 1);
+        give(0);
+        other.join();
+        const auto current = scene->getEventManager();
+        EXPECT_EQ(scene->getGeometryManager()->getEventManager(), current);
+        EXPECT_TRUE(isReleased(scene, given[given[0].lock() == current ? 1 : 0]));
+    }
 }
 
 }  // namespace

@@ -1,0 +1,316 @@
+#include <algorithm>
+#include <limits>
+#include <random>
+#include <sstream>
+
+#include <boost/date_time/posix_time/posix_time_duration.hpp>
+#include <gtest/gtest.h>
+
+#include "core_api/logger/Logger.h"
+
+#include "scene/animation/AnimationManager.h"
+#include "scene/transform/TransformationLookAt.h"
+#include "scene/transform/TransformationMatrix.h"
+#include "scene/transform/TransformationRotate.h"
+#include "scene/transform/TransformationScale.h"
+#include "scene/transform/TransformationTranslate.h"
+#include "tests/animation/AnimationSupport.h"
+#include "tests/animation/NaivePlayback.h"
+#include "tests/support/RecordedScene.h"
+
+namespace vantorix::scene {
+namespace {
+
+using boost::posix_time::milliseconds;
+using boost::posix_time::time_duration;
+using core::utils::Vector;
+using test::Keys;
+
+/// An element of a class that this library does not know, whose SID changes behind its back.
+struct ForeignElement : TransformationTranslate {
+    std::string getSid() const override { return *sid; }
+    boost::shared_ptr<std::string> sid = boost::make_shared<std::string>("a");
+};
+
+/// Rolls everything that a test of random edits needs.
+class Dice {
+public:
+    explicit Dice(unsigned int seed) : random_(seed) {}
+
+    int below(int count) { return std::uniform_int_distribution<int>(0, count - 1)(random_); }
+    bool oneIn(int count) { return below(count) == 0; }
+    float within(float low, float high) {
+        return std::uniform_real_distribution<float>(low, high)(random_);
+    }
+    template <class Item>
+    const Item& pick(const std::vector<Item>& items) {
+        return items[static_cast<std::size_t>(below(static_cast<int>(items.size())))];
+    }
+    Eigen::Vector3f vector(float low, float high) {
+        return {within(low, high), within(low, high), within(low, high)};
+    }
+    Vector<float, 3> components(float low, float high) {
+        return Vector<float, 3>(vector(low, high).data());
+    }
+    /// Translation, rotation and a scale of positive factors.
+    Eigen::Matrix4f matrix() {
+        const Eigen::Vector3f axis = vector(0.2f, 1).normalized();
+        return (Eigen::Translation3f(vector(-5, 5)) * Eigen::AngleAxisf(within(-1.4f, 1.4f), axis) *
+                Eigen::Scaling(vector(0.5f, 2)))
+            .matrix();
+    }
+
+private:
+    std::mt19937 random_;
+};
+
+/// A scene and an animation under random edits, played by the manager and by the model.
+class EditedPlayback {
+public:
+    EditedPlayback(unsigned int seed, bool isHeard) : dice_(seed), model_(*scene_.manager) {
+        if (!isHeard) scene_->setEventManager(boost::make_shared<core::event::EventManager>());
+        for (int i = 0; i < 7; ++i) addNode();
+        for (int i = 0; i < 12; ++i) addChannel();
+        manager_->attach(scene_.manager);
+        setAnimation();
+    }
+
+    void edit() {
+        using Edit = void (EditedPlayback::*)();
+        static const std::vector<Edit> edits = {
+            &EditedPlayback::addNode,       &EditedPlayback::renameNode,
+            &EditedPlayback::moveNode,      &EditedPlayback::removeNode,
+            &EditedPlayback::addElement,    &EditedPlayback::shuffleElements,
+            &EditedPlayback::renameElement, &EditedPlayback::turnElement,
+            &EditedPlayback::addChannel,    &EditedPlayback::addChild,
+            &EditedPlayback::editTimes,     &EditedPlayback::editValues,
+            &EditedPlayback::editNames,     &EditedPlayback::replaceSampler,
+            &EditedPlayback::setAnimation,  &EditedPlayback::addForeignNode};
+        (this->*dice_.pick(edits))();
+    }
+
+    /// Both play at a random time; every node has to be where the model puts it, and one that no
+    /// channel names where it was.
+    ::testing::AssertionResult agree() {
+        const int time = dice_.below(1000);
+        auto expected = model_.localMatrices(static_cast<float>(time / 1000.0));
+        for (const auto& node : nodes_) expected.emplace(node, node->getTransformations());
+        manager_->setTime(milliseconds(time));
+        if (!manager_->update(milliseconds(0))) return ::testing::AssertionFailure() << "no update";
+        for (const auto& [node, matrix] : expected) {
+            if (test::isNear(matrix, node->getTransformations())) continue;
+            return ::testing::AssertionFailure() << node->getID() << " at " << time << "\n"
+                                                 << node->getTransformations() << "\ninstead of\n"
+                                                 << matrix;
+        }
+        return ::testing::AssertionSuccess();
+    }
+
+private:
+    std::string randomID() {
+        return dice_.pick<std::string>({"n0", "n1", "n2", "n3", "n4", "a long node ID.001"});
+    }
+    std::string randomSid() { return dice_.pick<std::string>({"a", "b", "c", "transform"}); }
+    std::string randomTarget() {
+        const auto component = dice_.pick<std::string>({"", "", ".X", ".y", ".Z", ".Angle", ".w"});
+        return randomID() + "/" + randomSid() + component;
+    }
+
+    void addNode() { attach(scene_.makeNode(randomID())); }
+
+    void attach(const boost::shared_ptr<Node>& node) {
+        (nodes_.empty() || dice_.oneIn(3) ? scene_->getRoot() : dice_.pick(nodes_))->addNode(node);
+        nodes_.push_back(node);
+        addElementTo(*node);
+        addElementTo(*node);
+    }
+
+    void addForeignNode() {
+        if (!dice_.oneIn(8)) return;
+        const auto node = boost::make_shared<Node>(foreign_.manager);
+        node->setID(randomID());
+        attach(node);
+    }
+
+    void renameNode() { dice_.pick(nodes_)->setID(randomID()); }
+
+    void moveNode() {
+        const auto node = dice_.pick(nodes_);
+        scene_->removeNode(node);
+        dice_.pick(nodes_)->addNode(node);  // Refused where it would close a circle.
+    }
+
+    void removeNode() { scene_->removeNode(dice_.pick(nodes_)); }
+
+    void addElement() { addElementTo(*dice_.pick(nodes_)); }
+
+    void addElementTo(Node& node) {
+        const auto sid = randomSid();
+        switch (dice_.below(dice_.oneIn(4) ? 6 : 4)) {
+            case 0:
+                test::addElement<TransformationTranslate>(node, sid, dice_.components(-3, 3));
+                break;
+            case 1:
+                test::addElement<TransformationRotate>(node, sid, dice_.components(0.1f, 1),
+                                                       dice_.within(-90, 90));
+                break;
+            case 2:
+                test::addElement<TransformationScale>(node, sid, dice_.components(0.5f, 2));
+                break;
+            case 3:
+                test::addElement<TransformationMatrix>(node, sid, dice_.matrix().data());
+                break;
+            case 4:
+                foreignSids_.push_back(test::addElement<ForeignElement>(node, sid)->sid);
+                break;
+            default:
+                test::addElement<TransformationLookAt>(node, sid, dice_.components(0, 1),
+                                                       dice_.components(0, 1),
+                                                       dice_.components(0, 1));
+        }
+    }
+
+    void shuffleElements() {
+        const auto node = dice_.pick(nodes_);
+        auto elements = node->getOriginalTransformations();
+        std::reverse(elements.begin(), elements.end());
+        if (!elements.empty() && dice_.oneIn(2)) elements.pop_back();
+        node->setOriginalTransformations(elements);
+    }
+
+    void renameElement() {
+        if (!foreignSids_.empty() && dice_.oneIn(2)) *dice_.pick(foreignSids_) = randomSid();
+        const auto elements = dice_.pick(nodes_)->getOriginalTransformations();
+        if (!elements.empty()) dice_.pick(elements)->setSid(randomSid());
+    }
+
+    void turnElement() {
+        for (const auto& element : dice_.pick(nodes_)->getOriginalTransformations()) {
+            auto* const rotate = dynamic_cast<TransformationRotate*>(element.get());
+            if (rotate) rotate->getRotationAxis() = dice_.components(0.1f, 1);
+        }
+    }
+
+    Keys makeKeys() {
+        const int stride = dice_.pick<int>({1, 3, 4, 16});
+        const int count = 2 + dice_.below(40);
+        test::Floats times, values;
+        for (int key = 0; key < count; ++key) {
+            times.push_back(static_cast<float>(key) / static_cast<float>(count) - 0.05f);
+            const auto floats = test::rowsOf(dice_.matrix());
+            for (int i = 0; i < stride; ++i) {
+                values.push_back(stride == 16 ? floats[static_cast<std::size_t>(i)]
+                                              : dice_.within(0.3f, 3));
+            }
+        }
+        Keys keys(times, stride, values);
+        if (dice_.oneIn(3)) keys.names->stringValues[0] = "StEp";
+        return keys;
+    }
+
+    void addChannel() {
+        keys_.push_back(makeKeys());
+        const auto animation = dice_.pick(animations_);
+        animation->addChannel(dice_.oneIn(20) ? nullptr : keys_.back().sampler, randomTarget());
+    }
+
+    /// Now and then one that is there already, and never one that contains itself.
+    void addChild() {
+        const auto parent = dice_.below(static_cast<int>(animations_.size()));
+        if (animations_.size() > 6) return;
+        animations_.push_back(test::makeAnimation());
+        animations_[static_cast<std::size_t>(parent)]->addAnimation(animations_.back());
+        if (dice_.oneIn(3)) animations_.front()->addAnimation(animations_.back());
+        addChannel();
+    }
+
+    void editTimes() {
+        auto& input = *dice_.pick(keys_).input;
+        if (input.values.empty()) return;
+        const auto key =
+            static_cast<std::size_t>(dice_.below(static_cast<int>(input.values.size())));
+        switch (dice_.below(6)) {
+            case 0:
+                input.values[key] = std::numeric_limits<float>::quiet_NaN();
+                break;
+            case 1:
+                input.values.resize(key);
+                break;
+            case 2:
+                input.values.push_back(dice_.within(0, 1));
+                break;
+            case 3:
+                input.params[0].first = input.params[0].first == "TIME" ? "OTHER" : "TIME";
+                break;
+            default:
+                input.values[key] = dice_.within(0, 1);
+        }
+    }
+
+    void editValues() {
+        auto& output = *dice_.pick(keys_).output;
+        switch (dice_.below(4)) {
+            case 0:
+                output.stride = dice_.pick<int>({-1, 0, 1, 3, 4});
+                break;
+            case 1:
+                output.values.resize(output.values.size() / 2);
+                break;
+            case 2:
+                output.count = -1;
+                break;
+            default:
+                for (int i = 0; i < 200 && output.stride < 16; ++i) {
+                    output.values.push_back(dice_.within(0.3f, 3));
+                }
+        }
+    }
+
+    void editNames() {
+        auto& names = dice_.pick(keys_).names->stringValues;
+        if (dice_.oneIn(4)) names.clear();
+        for (auto& name : names) name = dice_.pick<std::string>({"STEP", "LINEAR", "Bezier", "?"});
+    }
+
+    void replaceSampler() { *dice_.pick(keys_).sampler = *dice_.pick(keys_).sampler; }
+
+    void setAnimation() {
+        // A key far behind the others keeps the loop longer than any time that is played.
+        const Keys last({0, 100}, 3, {0, 0, 0, 0, 0, 0});
+        animations_.front()->addChannel(last.sampler, "nowhere/a");
+        manager_->setAnimation(animations_.front());
+        model_.setAnimation(animations_.front());
+    }
+
+    Dice dice_;
+    test::RecordedScene scene_;
+    test::RecordedScene foreign_;
+    std::vector<boost::shared_ptr<Node>> nodes_;
+    std::vector<boost::shared_ptr<std::string>> foreignSids_;
+    std::vector<boost::shared_ptr<Animation>> animations_{test::makeAnimation()};
+    std::vector<Keys> keys_;
+    boost::shared_ptr<AnimationManager> manager_ = boost::make_shared<AnimationManager>();
+    test::NaivePlayback model_;
+};
+
+struct PlaybackModel : ::testing::TestWithParam<unsigned int> {
+    PlaybackModel() { core::logger::Logger::active = false; }
+    ~PlaybackModel() override { core::logger::Logger::active = true; }
+};
+
+TEST_P(PlaybackModel, AgreesAfterEveryEdit) {
+    EditedPlayback playback(GetParam(), GetParam() % 2 == 0);
+    ASSERT_TRUE(playback.agree());
+    for (int step = 0; step < 150; ++step) {
+        playback.edit();
+        ASSERT_TRUE(playback.agree()) << "step " << step;
+        if (step % 3 == 0) {
+            ASSERT_TRUE(playback.agree()) << "again after step " << step;
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Seeds, PlaybackModel, ::testing::Range(0u, 100u));
+
+}  // namespace
+}  // namespace vantorix::scene
