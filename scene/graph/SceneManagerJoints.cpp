@@ -89,20 +89,20 @@ void SceneManager::transverseSceneForJoints(boost::shared_ptr<Node> node,
                                             std::vector<boost::shared_ptr<Node>>& joints,
                                             std::vector<int>& parents) const {
     std::vector<JointLevel> levels;
-    int parent = -1;
-    while (node || !levels.empty()) {
-        if (node) {
-            const bool isJoint = node->getType() == "JOINT";
-            if (isJoint) joints.push_back(node);
-            if (isJoint) parents.push_back(parent);
-            const int place = isJoint ? static_cast<int>(joints.size()) - 1 : -1;
-            levels.push_back({std::move(node), place, 0});
+    const auto enter = [&](const boost::shared_ptr<Node>& entered) {
+        int place = -1;
+        if (entered->getType() == "JOINT") {
+            place = static_cast<int>(joints.size());
+            joints.push_back(entered);
+            parents.push_back(levels.empty() ? -1 : levels.back().joint);
         }
+        levels.push_back({entered, place, 0});
+    };
+    if (node) enter(node);
+    while (!levels.empty()) {
         auto& level = levels.back();
-        parent = level.joint;
-        node.reset();
         if (level.nextChild < level.node->getChildCount()) {
-            node = level.node->getChildNode(level.nextChild++);
+            enter(level.node->getChildNode(level.nextChild++));
         } else {
             levels.pop_back();
         }
