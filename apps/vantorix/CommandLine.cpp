@@ -12,10 +12,13 @@
 
 #include "apps/vantorix/CommonOptions.h"
 #include "apps/vantorix/Console.h"
+#include "apps/vantorix/DiffCommand.h"
 #include "apps/vantorix/EventsCommand.h"
 #include "apps/vantorix/Failure.h"
 #include "apps/vantorix/InfoCommand.h"
 #include "apps/vantorix/KeysCommand.h"
+#include "apps/vantorix/MergeCommand.h"
+#include "apps/vantorix/MorphCommand.h"
 #include "apps/vantorix/NormalsCommand.h"
 #include "apps/vantorix/PickCommand.h"
 #include "apps/vantorix/PlayCommand.h"
@@ -38,6 +41,9 @@ Commands makeCommands() {
     commands.push_back(std::make_unique<NormalsCommand>());
     commands.push_back(std::make_unique<SubdivideCommand>());
     commands.push_back(std::make_unique<PickCommand>());
+    commands.push_back(std::make_unique<MergeCommand>());
+    commands.push_back(std::make_unique<MorphCommand>());
+    commands.push_back(std::make_unique<DiffCommand>());
     return commands;
 }
 

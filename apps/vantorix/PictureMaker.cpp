@@ -42,14 +42,24 @@ std::unique_ptr<LoadedModel> PictureMaker::load(const std::string& file,
 void PictureMaker::keepTextures() { keepsTextures_ = true; }
 
 render::Picture PictureMaker::draw(const LoadedModel& model, const render::View& view) {
-    return render(model, view).picture;
+    return draw(model, view, imagesOf(model.getImport()));
+}
+
+render::Picture PictureMaker::draw(const LoadedModel& model, const render::View& view,
+                                   const render::ImageSource& images) {
+    return render(model, view, images, true).picture;
 }
 
 render::Rendering PictureMaker::render(const LoadedModel& model, const render::View& view,
                                        bool withRemarks) {
+    return render(model, view, imagesOf(model.getImport()), withRemarks);
+}
+
+render::Rendering PictureMaker::render(const LoadedModel& model, const render::View& view,
+                                       const render::ImageSource& images, bool withRemarks) {
     const std::string& file = model.getFile();
     try {
-        auto rendering = renderer_->render(model.getScene(), imagesOf(model.getImport()), view);
+        auto rendering = renderer_->render(model.getScene(), images, view);
         if (withRemarks) report(file, rendering, view);
         return rendering;
     } catch (const render::UnknownCamera& error) {

@@ -27,11 +27,16 @@ public:
     /// A picture without background. What could not be done as asked becomes a warning.
     /// @throws Failure
     render::Picture draw(const LoadedModel& model, const render::View& view);
+    /// The same with other images than those that came with the model.
+    render::Picture draw(const LoadedModel& model, const render::View& view,
+                         const render::ImageSource& images);
     /// The same, with what there is to know about the picture; warns if @p withRemarks.
     render::Rendering render(const LoadedModel& model, const render::View& view,
                              bool withRemarks = true);
 
 private:
+    render::Rendering render(const LoadedModel& model, const render::View& view,
+                             const render::ImageSource& images, bool withRemarks);
     void report(const std::string& file, const render::Rendering& rendering,
                 const render::View& view) const;
 

@@ -118,16 +118,16 @@ void fetchStreams(const Track& track) {
     fetch(&track.names->stringValues);
 }
 
-/// The address may lie behind the end, since nothing is read.
 void fetchKeys(const Track& track, std::size_t key) {
     constexpr std::size_t floatsPerLine = 16;
+    constexpr std::size_t mostFloats =
+        8 * floatsPerLine;  // By then the machine reads ahead itself.
     const FloatArray& times = track.input->values;
     const FloatArray& values = track.output->values;
     const auto& names = track.names->stringValues;
     fetch(track.input->params.data());
-    for (std::size_t i = 0; i < std::min(times.size(), key + 1); i += floatsPerLine) {
-        fetch(times.data() + i);
-    }
+    const std::size_t timesRead = std::min({times.size(), key + 1, mostFloats});
+    for (std::size_t i = 0; i < timesRead; i += floatsPerLine) fetch(times.data() + i);
     const auto stride = static_cast<std::size_t>(std::max(track.output->stride, 0));
     if ((key + 1) * stride <= values.size() && key > 0) {
         fetch(values.data() + (key - 1) * stride);

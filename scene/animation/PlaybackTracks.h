@@ -26,7 +26,7 @@ struct Track {
     const TransformationRotate* rotation;  ///< Only where the element gives axis or angle.
     std::uint32_t slot;
     Kind kind;
-    std::int8_t component;  ///< -1: the whole value.
+    int component;  ///< -1: the whole value.
 };
 
 /// The channels of an animation and its children in the order of playing, children first.

@@ -19,6 +19,8 @@ class Stream;
 ///
 /// Layout: VCount holds the number of influences of each vertex, V a pair (joint index, weight
 /// index) for each influence, in vertex order. Weight indices address the weight stream's floats.
+/// The "JOINT" stream of the joints input names the joints in its string values; the inverse bind
+/// matrix stream holds 16 floats for each of them, row by row.
 /// Inputs refer to streams of this skin; setStreams() leaves them as they are.
 /// Ownership: geometry and streams are shared. Threads: not locked; queries may run side by side.
 class VANTORIX_SCENE_EXPORT Skin {

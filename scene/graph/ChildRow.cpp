@@ -20,17 +20,20 @@ std::size_t ChildRow::findFirst(const Node* child) const {
     return npos;
 }
 
-std::size_t ChildRow::findTicket(const Node* child, std::uint32_t ticket) const {
-    if (slots_.empty() || ticket < slots_.front().ticket) return npos;
+std::size_t ChildRow::firstFrom(std::uint32_t ticket) const {
+    if (slots_.empty() || ticket <= slots_.front().ticket) return 0;
     // As long as nothing was closed, tickets count the slots.
-    std::size_t slot = ticket - slots_.front().ticket;
-    if (slot >= slots_.size() || slots_[slot].ticket != ticket) {
-        const auto found = std::lower_bound(
-            slots_.begin(), slots_.end(), ticket,
-            [](const Slot& left, std::uint32_t right) { return left.ticket < right; });
-        if (found == slots_.end()) return npos;
-        slot = static_cast<std::size_t>(found - slots_.begin());
-    }
+    const std::size_t slot = ticket - slots_.front().ticket;
+    if (slot < slots_.size() && slots_[slot].ticket == ticket) return slot;
+    const auto found =
+        std::lower_bound(slots_.begin(), slots_.end(), ticket,
+                         [](const Slot& left, std::uint32_t right) { return left.ticket < right; });
+    return static_cast<std::size_t>(found - slots_.begin());
+}
+
+std::size_t ChildRow::findTicket(const Node* child, std::uint32_t ticket) const {
+    const auto slot = firstFrom(ticket);
+    if (slot >= slots_.size() || slots_[slot].ticket != ticket) return npos;
     return slots_[slot].child.get() == child ? slot : npos;
 }
 

@@ -25,6 +25,9 @@ public:
     /// Slot of the first occurrence of @p child, npos if there is none.
     std::size_t findFirst(const Node* child) const;
 
+    /// First slot whose ticket is @p ticket or a later one; past the row when there is none.
+    std::size_t firstFrom(std::uint32_t ticket) const;
+
     /// Slot that carries @p ticket when it holds @p child, npos otherwise.
     std::size_t findTicket(const Node* child, std::uint32_t ticket) const;
 
@@ -42,6 +45,10 @@ public:
     /// First occupied slot at or after @p slot, npos at the end: walks the row in order.
     std::size_t nextSlot(std::size_t slot) const;
     const boost::shared_ptr<Node>& inSlot(std::size_t slot) const { return slots_[slot].child; }
+    std::uint32_t ticketOf(std::size_t slot) const { return slots_[slot].ticket; }
+
+    /// The ticket of the next child to come. It falls when the row was numbered anew.
+    std::uint32_t nextTicket() const { return nextTicket_; }
 
 private:
     struct Slot {

@@ -16,17 +16,15 @@ LayerManager::~LayerManager() = default;
 
 int LayerManager::addLayer(std::string name) {
     const auto added = layers_.emplace(std::move(name), nextLayerID_);
-    if (added.second) ++nextLayerID_;
+    if (added.second) names_.emplace(nextLayerID_++, added.first->first);
     return added.first->second;
 }
 
 int LayerManager::getLayerID(std::string name) { return addLayer(std::move(name)); }
 
 std::string LayerManager::getLayerName(int id) {
-    for (const auto& [name, layer] : layers_) {
-        if (layer == id) return name;
-    }
-    return {};
+    const auto found = names_.find(id);
+    return found == names_.end() ? std::string() : found->second;
 }
 
 std::map<int, int> LayerManager::mergeLayers(boost::shared_ptr<LayerManager> other,
@@ -44,8 +42,9 @@ std::map<int, int> LayerManager::mergeLayers(boost::shared_ptr<LayerManager> oth
             if (otherID != existing->second) translation.emplace(otherID, existing->second);
         } else {
             const auto newName = name + "__renamed__";
-            layers_.emplace(newName, nextLayerID_);  // A taken name keeps its ID; ours is used up.
-            translation.emplace(otherID, nextLayerID_++);
+            const int newID = nextLayerID_;
+            if (addLayer(newName) != newID) ++nextLayerID_;  // The name is taken: used up.
+            translation.emplace(otherID, newID);
             logger_ << "[INFO] Found repeated Layer ID. Renamed " + name + " to " + newName;
         }
     }

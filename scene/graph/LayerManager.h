@@ -29,7 +29,7 @@ public:
     /// Same as addLayer: asking for an unknown name registers it.
     int getLayerID(std::string name);
 
-    /// Name of the first layer in name order with this ID; empty if there is none.
+    /// Name of the layer with this ID; empty if there is none.
     std::string getLayerName(int id);
 
     /// Takes in the layers of @p other, in name order. An unknown name gets the next ID; a known
@@ -41,6 +41,7 @@ public:
 private:
     core::logger::Logger logger_;
     std::map<std::string, int> layers_;
+    std::map<int, std::string> names_;  ///< The other way round; IDs that were used up are missing.
     int nextLayerID_ = 0;
 };
 

@@ -36,6 +36,7 @@ void Node::setID(std::string id) {
     if (listed) scene->nodeIndex_->beforeRename(*this, true);
     id_ = std::move(id);
     if (listed) scene->nodeIndex_->afterRename(*this, true);
+    if (scene && attachments_ > 0) scene->nodeIndex_->countRename();
     if (scene) scene->addID(id_);
 }
 

@@ -211,9 +211,11 @@ public:
 
 private:
     friend class AnimationPlayback;
+    friend class ChildIndex;
     friend class NodeIndex;
     friend class NodeWalk;
     friend class NodeBounds;
+    friend class TreeSnapshot;
     struct Extras;
 
     const Node* liveParent() const { return parent_.expired() ? nullptr : parentPointer_; }

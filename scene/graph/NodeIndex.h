@@ -46,6 +46,10 @@ public:
 
     void drop();
 
+    /// Counts the renames, by ID, of this scene's nodes that hang anywhere.
+    std::uint64_t renames() const { return renames_; }
+    void countRename() { ++renames_; }
+
 private:
     struct View {
         NodeTable table;
@@ -62,6 +66,7 @@ private:
     const SceneManager* scene_;
     std::uint64_t generation_;
     std::uint64_t revision_ = 1;
+    std::uint64_t renames_ = 0;
     View ids_;
     View names_;
 };

@@ -178,8 +178,9 @@ Eigen::Matrix4f Node::combineFromTop(Eigen::Matrix4f Node::*own) const {
         chain.push_back(node);
     }
     Eigen::Matrix4f combined = chain.back()->*own;
-    for (std::size_t i = chain.size() - 1; i-- > 0;)
+    for (std::size_t i = chain.size() - 1; i-- > 0;) {
         combined = (combined * (chain[i]->*own)).eval();
+    }
     return combined;
 }
 

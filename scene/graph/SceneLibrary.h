@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -57,6 +58,13 @@ void recordIDs(SceneManager& scene, const std::vector<boost::shared_ptr<Item>>& 
     for (const auto& item : items) {
         if (item) scene.addID(item->getID());
     }
+}
+
+/// What a merge's map of renamed identifiers makes of @p id.
+template <class ID>
+ID translatedID(const std::map<ID, ID>& renamed, const ID& id) {
+    const auto found = renamed.find(id);
+    return found == renamed.end() ? id : found->second;
 }
 
 }  // namespace vantorix::scene

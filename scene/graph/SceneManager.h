@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+#include <map>
 #include <memory>
 #include <string>
 #include <utility>
@@ -244,6 +246,83 @@ public:
     std::vector<boost::shared_ptr<Light>> getLightLibrary() const { return lightLibrary_; }
     /// @}
 
+    /// @name Merging
+    /// Items of the other scene whose identifier is taken here are discarded or renamed; the maps
+    /// lead from the identifiers of those that were renamed to their new ones. What the other scene
+    /// and this one hold when a step begins is what it works on, so that a scene may be merged into
+    /// itself; whether an identifier is taken is asked at the moment, of all that then stands here.
+    /// No lock is taken. Handlers may edit both scenes. Empty pointers in lists are left out.
+    /// @{
+    /// Merges geometries, images, effects, materials and layers, then copies the tree of @p other,
+    /// its root included, under the node @p parentNodeID, or under the root if there is none.
+    /// @p options is a sum of: 0x01 discard repeated geometries; 0x02 discard repeated materials
+    /// of the same effect; 0x04 discard repeated images; 0x08 discard repeated layers; 0x10 discard
+    /// nodes with a repeated ID along with all below them; 0x20 merge the children of a node whose
+    /// ID a child of its parent-to-be carries into that child, which stays as it is. What is not
+    /// discarded or merged is renamed.
+    /// Of a node come ID, name, translation, rotation, scale, layers and geometry instances; the
+    /// nodes are read as they are when their turn comes. An instance whose geometry is not here is
+    /// logged and left out.
+    /// Sends what the copied nodes send, and at the end "SceneUpdate", "SceneUpdate"
+    /// ("MaterialList") and "SyncScene".
+    /// @returns true. An empty @p other changes and sends nothing.
+    bool mergeSceneManager(boost::shared_ptr<SceneManager> other, int options,
+                           std::string parentNodeID);
+
+    /// Appends copies. A repeated ID is discarded when the file names are equal, otherwise it gets
+    /// the suffix "__renamed_" + generateID() + "__".
+    std::map<std::string, std::string> mergeEffectLibrary(
+        std::vector<boost::shared_ptr<Effect>> effects);
+
+    /// Appends copies. A repeated ID is discarded if @p discardRepeated, otherwise it gets the
+    /// suffix "__renamed__". Deliberate: file names play no part.
+    std::map<std::string, std::string> mergeImageLibrary(
+        std::vector<boost::shared_ptr<Image>> images, bool discardRepeated);
+
+    /// Appends copies whose effects and textures are translated by the maps. A repeated ID is
+    /// discarded if @p compareEffects and the effects are the same, otherwise it gets the suffix
+    /// "__renamed_" + generateID() + "__". Sends "SceneUpdate" ("MaterialList").
+    /// Deliberate: the copies share their parameters, so that a translated texture changes in the
+    /// scene that the material came from, too.
+    std::map<std::string, std::string> mergeMaterialLibrary(
+        std::vector<boost::shared_ptr<Material>> materials,
+        std::map<std::string, std::string> effectMap, std::map<std::string, std::string> imageMap,
+        bool compareEffects);
+
+    /// Copies the values of the vertex streams of @p other, of the same semantic and count, into
+    /// those of the mesh at the same place in the geometry library. Ends at the first geometries of
+    /// different type; does nothing when the libraries differ in length. Nothing is sent.
+    void replaceSharedStreams(boost::shared_ptr<SceneManager> other);
+    /// @}
+
+    /// @name Skinned characters
+    /// Joints are nodes of type "JOINT", listed depth first.
+    /// @{
+    /// Blends this scene with one of the same structure: @p ratio 1 keeps what is here, 0 takes
+    /// what is there. Joints that both scenes hold as many of are placed, by replaceJoints, at the
+    /// blend of their world positions and those of their namesakes by ID; then the positions of
+    /// meshes at the same place in the geometry libraries are blended where their counts agree,
+    /// as far as both streams have values.
+    /// Sends "DisplayMessageAt", and changes nothing, for a ratio outside [0, 1], also NaN, and for
+    /// libraries of different length or with different types of geometry. Joints are handed to
+    /// replaceJoints in a scene of their own, which shares the event manager and sends
+    /// "SceneUpdate" ("MaterialList") when it is made.
+    void morph(boost::shared_ptr<SceneManager> other, float ratio);
+
+    /// Puts every joint where the positions of the one mesh of @p jointsScene, three floats each,
+    /// say, in world space, and lets the one skin of this scene be bound to that pose.
+    /// A joint keeps its rotation and scale; its translation becomes the one, relative to its
+    /// parent, that leads to the position. Below a parent of singular matrix it leads to the
+    /// nearest position that can be reached; below one that is not finite it stays.
+    /// The inverse bind matrix of each joint that the "JOINT" stream names by its ID becomes the
+    /// inverse of the joint's new world matrix, or the pseudo-inverse of a singular one; entries
+    /// past the end of the stream, and those of joints whose matrix is not finite, stay. The bind
+    /// shape matrix becomes the identity.
+    /// Logs, and changes nothing, unless there is one mesh with one position mapping, whose count
+    /// is that of the joints, and one controller with a skin.
+    void replaceJoints(boost::shared_ptr<SceneManager> jointsScene);
+    /// @}
+
     /// @name Physics description
     /// @{
     boost::shared_ptr<PhysicsMaterial> getPhysicsMaterialById(std::string id) const;
@@ -275,6 +354,12 @@ protected:
     /// that the scene may go while the thread is in a cycle.
     static void threadMain(boost::shared_ptr<SceneSync> sync);
 
+    /// Appends the joints at and below @p node, which may be empty, to @p joints, parents first,
+    /// and for each to @p parents where its parent stands in @p joints, -1 unless that is a joint.
+    void transverseSceneForJoints(boost::shared_ptr<Node> node,
+                                  std::vector<boost::shared_ptr<Node>>& joints,
+                                  std::vector<int>& parents) const;
+
     /// Subscribes to "L_NewEffect", "L_NewMaterial", "L_MaterialParameterUpdated" and
     /// "L_MaterialTechniqueChanged". Events with empty values that they need are ignored.
     void registerEventHandlers();
@@ -284,14 +369,20 @@ protected:
     void localMaterialTechniqueChangedHandler(core::event::Event event);
 
 private:
+    friend class ChildIndex;
+    friend class MaterialIndex;
     friend class Node;
     friend class TargetedNodes;
+    friend class SceneMerge;
     struct HandlerGate;
     using LocalHandler = void (SceneManager::*)(core::event::Event);
 
     void registerLocalHandler(const char* type, LocalHandler handler);
     void send(const core::event::EventType& type, const std::string& payload);
     void makeDefaults();
+    std::vector<float> blendJointPositions(const SceneManager& other, float ratio) const;
+    void addMerged(const std::vector<boost::shared_ptr<Material>>& materials);
+    std::string renamedID(const std::string& id);
     std::string textureImageID(const std::string& fileName);
     boost::shared_ptr<Node> makeNode(const std::string& nodeId, const std::string& parentId);
     void turnToUpAxis(Node& node) const;
@@ -316,6 +407,7 @@ private:
     std::vector<boost::shared_ptr<Image>> imageLibrary_;
     std::vector<boost::shared_ptr<Effect>> effectLibrary_;
     std::vector<boost::shared_ptr<Material>> materialList_;
+    std::uint64_t materialListRewrites_ = 0;  ///< Changes of the list other than additions.
     std::vector<boost::shared_ptr<Evaluator>> evaluators_;
     std::vector<boost::shared_ptr<Camera>> cameraLibrary_;
     std::vector<boost::shared_ptr<CameraInstance>> cameraInstances_;

@@ -65,12 +65,13 @@ void SceneManager::addEffect(boost::shared_ptr<Effect> effect) {
 
 void SceneManager::removeEffect(boost::shared_ptr<Effect> effect) {
     if (!effect) return;
-    const auto usesEffect = [&](const boost::shared_ptr<Material>& material) {
-        return material && material->getEffectID() == effect->getID();
-    };
-    materialList_.erase(std::remove_if(materialList_.begin(), materialList_.end(), usesEffect),
-                        materialList_.end());
+    std::vector<boost::shared_ptr<Material>> kept;
+    for (const auto& material : materialList_) {
+        if (!material || material->getEffectID() != effect->getID()) kept.push_back(material);
+    }
     eraseFirst(effectLibrary_, effect);
+    ++materialListRewrites_;
+    materialList_.swap(kept);  // What is released with the old list finds the new one in place.
 }
 
 boost::shared_ptr<Effect> SceneManager::getEffectByID(std::string id) const {
@@ -107,7 +108,8 @@ boost::shared_ptr<Material> SceneManager::getMaterialWithID(std::string id) cons
 }
 
 void SceneManager::setMaterialList(std::vector<boost::shared_ptr<Material>> materials) {
-    materialList_ = std::move(materials);
+    ++materialListRewrites_;
+    materialList_.swap(materials);
     for (const auto& material : materialList_) {
         if (material) addID(material->getMaterialID());
     }

@@ -5,11 +5,23 @@
 #include <utility>
 
 #include "scene/material/MaterialParameter.h"
+#include "scene/material/MaterialRenames.h"
 
 namespace vantorix::scene {
 
 Material::Material(std::string materialID, std::string effectID)
     : materialID_(std::move(materialID)), effectID_(std::move(effectID)) {}
+
+Material::Material(const Material& other) = default;
+
+Material& Material::operator=(const Material& other) {
+    materialID_ = other.materialID_;
+    effectID_ = other.effectID_;
+    technique_ = other.technique_;
+    parameters_ = other.parameters_;
+    countMaterialRename();
+    return *this;
+}
 
 Material::~Material() = default;
 
@@ -20,7 +32,9 @@ std::string Material::getEffectID() const { return effectID_; }
 std::string Material::getTechnique() const { return technique_; }
 
 void Material::setMaterialID(std::string materialID) {
-    if (!materialID.empty()) materialID_ = std::move(materialID);
+    if (materialID.empty()) return;
+    materialID_ = std::move(materialID);
+    countMaterialRename();
 }
 
 void Material::setEffectID(std::string effectID) {

@@ -20,6 +20,8 @@ class VANTORIX_SCENE_EXPORT Material {
 public:
     /// Without technique and parameters.
     Material(std::string materialID, std::string effectID);
+    Material(const Material& other);
+    Material& operator=(const Material& other);
     virtual ~Material();
 
     std::string getMaterialID() const;

@@ -272,10 +272,7 @@ private:
         for (auto& name : names) name = dice_.pick<std::string>({"STEP", "LINEAR", "Bezier", "?"});
     }
 
-    void replaceSampler() {
-        keys_.push_back(makeKeys());
-        *dice_.pick(keys_).sampler = *keys_.back().sampler;
-    }
+    void replaceSampler() { *dice_.pick(keys_).sampler = *dice_.pick(keys_).sampler; }
 
     void setAnimation() {
         // A key far behind the others keeps the loop longer than any time that is played.

@@ -167,6 +167,27 @@ TEST_F(SceneLibraries, RemovingAnEffectTakesItsMaterialsAlong) {
     scene->removeEffect(nullptr);
 }
 
+/// Uses the scene while it is released.
+struct LastWord : Material {
+    LastWord(SceneManager& of, std::string effectID) : Material("last", effectID), scene_(of) {}
+    ~LastWord() override {
+        EXPECT_EQ(scene_.getMaterialWithID("last"), nullptr);
+        scene_.addMaterial(boost::make_shared<Material>("heir", "otherEffect"));
+    }
+    SceneManager& scene_;
+};
+
+TEST_F(SceneLibraries, WhatIsReleasedWithAnEffectMayUseTheScene) {
+    const auto effect = boost::make_shared<Effect>("fx", "f", "");
+    scene->setMaterialList({boost::make_shared<LastWord>(*scene.manager, "fx"),
+                            boost::make_shared<Material>("kept", "otherEffect"),
+                            boost::make_shared<Material>("gone", "fx")});
+    scene->removeEffect(effect);
+    EXPECT_EQ(scene->materialLibraryToString(),
+              "Material ID: kept, Effect ID: otherEffect\n\n"
+              "Material ID: heir, Effect ID: otherEffect\n\n");
+}
+
 TEST_F(SceneLibraries, EmptyPointersAreIgnored) {
     scene.forgetEvents();
     scene->addImage(nullptr);

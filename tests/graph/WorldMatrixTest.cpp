@@ -28,8 +28,8 @@ Matrix4f recursed(const Node& node, Matrix4f (*own)(const Node&), std::set<const
 class WorldMatrix : public testing::TestWithParam<unsigned int> {
 protected:
     WorldMatrix() {
-        scene->setEventManager(nullptr);
-        for (int i = 0; i < 9; ++i) nodes_.push_back(scene.makeNode("node"));
+        scene_->setEventManager(nullptr);
+        for (int i = 0; i < 9; ++i) nodes_.push_back(scene_.makeNode("node"));
         for (const auto& node : nodes_) place(*node);
     }
 
@@ -52,17 +52,17 @@ protected:
                 any()->addNode(node);
                 break;
             case 2:
-                scene->removeNode(node);
+                scene_->removeNode(node);
                 break;
             case 3:
                 place(*node);
                 break;
             default:
-                if (random_() % 8 == 0) nodes_[random_() % nodes_.size()] = scene.makeNode("node");
+                if (random_() % 8 == 0) nodes_[random_() % nodes_.size()] = scene_.makeNode("node");
         }
     }
 
-    RecordedScene scene;
+    RecordedScene scene_;
     std::vector<NodePointer> nodes_;
 
 private:

@@ -1,0 +1,142 @@
+#include "scene/graph/SceneMerge.h"
+
+#include <utility>
+#include <vector>
+
+#include <boost/make_shared.hpp>
+
+#include "scene/geometry/GeometryManager.h"
+#include "scene/geometry/IGeometry.h"
+#include "scene/graph/LayerManager.h"
+#include "scene/graph/Node.h"
+#include "scene/graph/SceneLibrary.h"
+#include "scene/graph/SceneManager.h"
+#include "scene/graph/TreeSnapshot.h"
+#include "scene/material/InstanceGeometry.h"
+#include "scene/material/Material.h"
+
+namespace vantorix::scene {
+namespace {
+
+/// Children that are still to be merged, and the node to merge them under.
+struct MergeLevel {
+    boost::shared_ptr<Node> parent;
+    TreeSnapshot::Range rest;
+};
+
+}  // namespace
+
+SceneMerge::SceneMerge(boost::shared_ptr<SceneManager> target,
+                       boost::shared_ptr<SceneManager> source, int options)
+    : target_(std::move(target)),
+      source_(std::move(source)),
+      options_(options),
+      children_(*target_),
+      materials_(*target_) {}
+
+void SceneMerge::run(const std::string& parentNodeID) {
+    mergeLibraries();
+    const auto named = target_->getNodeByID(parentNodeID);
+    const auto parent = named ? named : target_->getRoot();
+    mergeSceneGraph(parent, source_->getRoot());
+    announce();
+}
+
+void SceneMerge::mergeLibraries() {
+    geometryMap_ = target_->getGeometryManager()->mergeGeometries(source_->getGeometryManager(),
+                                                                  has(DISCARD_GEOMETRIES));
+    const auto images = target_->mergeImageLibrary(source_->getImageLibrary(), has(DISCARD_IMAGES));
+    const auto effects = target_->mergeEffectLibrary(source_->getEffectLibrary());
+    // After effects and images: materials name both.
+    materialMap_ = target_->mergeMaterialLibrary(source_->getMaterialList(), effects, images,
+                                                 has(COMPARE_EFFECTS));
+    layerMap_ =
+        target_->getLayerManager()->mergeLayers(source_->getLayerManager(), has(DISCARD_LAYERS));
+}
+
+// Depth first, with a stack of its own: trees may be deeper than the program's.
+void SceneMerge::mergeSceneGraph(const boost::shared_ptr<Node>& parent,
+                                 const boost::shared_ptr<Node>& top) {
+    const TreeSnapshot tree(top);
+    std::vector<MergeLevel> levels{{parent, TreeSnapshot::top()}};
+    while (!levels.empty()) {
+        auto& level = levels.back();
+        if (level.rest.first == level.rest.last) {
+            levels.pop_back();
+            continue;
+        }
+        const auto next = level.rest.first++;
+        const auto placed = place(tree.node(next), level.parent);
+        if (placed) levels.push_back({placed, tree.children(next)});
+    }
+}
+
+// The node under which the children of `node` belong; empty when they are discarded with it.
+boost::shared_ptr<Node> SceneMerge::place(const Node& node, const boost::shared_ptr<Node>& parent) {
+    auto id = node.getID();
+    if (target_->getNodeByID(id)) {
+        if (has(DISCARD_NODES)) {
+            target_->logger_ << "[INFO] Found repeated Node with ID: " + id + ". Discarded.";
+            return {};
+        }
+        if (has(MERGE_INTO_CHILD)) {
+            if (const auto child = children_.find(parent, id)) return child;
+        }
+        id = target_->renamedID(id);
+        target_->logger_ << "[INFO] Renamed repeated Node to: " + id;
+    }
+    const auto copy = copyNode(node, id);
+    parent->addNode(copy);
+    return copy;
+}
+
+boost::shared_ptr<Node> SceneMerge::copyNode(const Node& node, const std::string& id) {
+    const auto copy = boost::make_shared<Node>(target_);
+    copy->setID(id);
+    copy->setName(node.getName());
+    copy->setTranslation(node.getTranslation());
+    copy->setRotation(node.getRotation());
+    copy->setScale(node.getScale());
+    copyLayers(node, *copy);
+    copyInstances(node, *copy);
+    return copy;
+}
+
+void SceneMerge::copyLayers(const Node& node, Node& copy) const {
+    for (const int layer : node.getLayers()) copy.addToLayer(translatedID(layerMap_, layer));
+}
+
+void SceneMerge::copyInstances(const Node& node, Node& copy) {
+    for (const auto& instance : node.getInstancedGeometries()) {
+        const auto geometry = geometryFor(*instance);
+        if (!geometry) continue;
+        auto materials = instance->getMaterialMap();
+        for (auto& [symbol, material] : materials) material = materialFor(material);
+        copy.addInstanceGeometry(
+            boost::make_shared<InstanceGeometry>(geometry, std::move(materials)));
+    }
+}
+
+boost::shared_ptr<IGeometry> SceneMerge::geometryFor(InstanceGeometry& instance) const {
+    const auto shown = instance.getGeometry();
+    const auto id = shown ? translatedID(geometryMap_, shown->getID()) : std::string();
+    const auto geometry = shown ? target_->getGeometryManager()->getGeometry(id) : nullptr;
+    if (!geometry) {
+        target_->logger_ << "[ERROR] Trying to instantiate a non existent Geometry: " + id;
+    }
+    return geometry;
+}
+
+boost::shared_ptr<Material> SceneMerge::materialFor(const boost::shared_ptr<Material>& material) {
+    if (!material) return {};
+    const auto renamed = materialMap_.find(material->getMaterialID());
+    return renamed == materialMap_.end() ? material : materials_.find(renamed->second);
+}
+
+void SceneMerge::announce() const {
+    target_->triggerEvent("SceneUpdate", "");
+    target_->triggerEvent("SceneUpdate", "MaterialList");
+    target_->triggerEvent("SyncScene", "");
+}
+
+}  // namespace vantorix::scene

@@ -1,0 +1,37 @@
+#include "scene/graph/TreeSnapshot.h"
+
+#include <utility>
+
+#include <boost/unordered/unordered_map.hpp>
+
+#include "scene/graph/ChildRow.h"
+#include "scene/graph/Node.h"
+
+namespace vantorix::scene {
+
+TreeSnapshot::TreeSnapshot(boost::shared_ptr<Node> top) {
+    places_.push_back(Place{std::move(top), Range{0, 0}});
+    boost::unordered_map<const Node*, std::size_t> met;
+    for (std::size_t place = 0; place < places_.size(); ++place) {
+        if (node(place).attachments_ > 1) {
+            const auto earlier = met.emplace(&node(place), place);
+            if (!earlier.second) {
+                places_[place].children = children(earlier.first->second);
+                continue;
+            }
+        }
+        appendChildren(place);
+    }
+}
+
+void TreeSnapshot::appendChildren(std::size_t place) {
+    const auto first = places_.size();
+    if (const auto* const row = places_[place].node->children_.get()) {
+        for (auto slot = row->nextSlot(0); slot != ChildRow::npos; slot = row->nextSlot(slot + 1)) {
+            places_.push_back(Place{row->inSlot(slot), Range{0, 0}});
+        }
+    }
+    places_[place].children = Range{first, places_.size()};
+}
+
+}  // namespace vantorix::scene
