@@ -38,7 +38,7 @@ double secondsOf(time_duration time) {
 /// Equal parts of the clip; its end is left out, since a loop is at its beginning again.
 std::vector<time_duration> frameTimes(time_duration duration, std::size_t frames) {
     std::vector<time_duration> times;
-    const double milliseconds = static_cast<double>(duration.total_milliseconds());
+    const auto milliseconds = static_cast<double>(duration.total_milliseconds());
     for (std::size_t i = 0; i < frames; ++i) {
         const double share = static_cast<double>(i) / static_cast<double>(frames);
         times.push_back(
