@@ -5,7 +5,7 @@
 #include "apps/render/Background.h"
 #include "apps/render/SceneRenderer.h"
 
-namespace CLI {
+namespace CLI {  // NOLINT(readability-identifier-naming): not our name.
 class App;
 }
 

@@ -169,9 +169,3 @@ void heardByHandlersConstant(benchmark::State& state) {
 BENCHMARK(heardByHandlersConstant)->Arg(1)->Arg(8);
 
 }  // namespace
-
-int main(int argc, char** argv) {
-    vantorix::core::logger::Logger::active = false;
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-}

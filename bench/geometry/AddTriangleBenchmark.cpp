@@ -1,7 +1,5 @@
 #include <benchmark/benchmark.h>
 
-#include "core_api/logger/Logger.h"
-
 #include "bench/geometry/TorusMesh.h"
 #include "scene/geometry/Stream.h"
 
@@ -27,9 +25,3 @@ BENCHMARK(addTriangleDeduplicated)->Arg(16)->Arg(70)->Arg(223)->Arg(707)->Comple
 
 }  // namespace
 }  // namespace vantorix::bench
-
-int main(int argc, char** argv) {
-    vantorix::core::logger::Logger::active = false;
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-}

@@ -4,7 +4,6 @@
 #include <boost/make_shared.hpp>
 
 #include "core_api/event/EventManager.h"
-#include "core_api/logger/Logger.h"
 
 #include "scene/graph/Node.h"
 #include "scene/graph/SceneManager.h"
@@ -66,9 +65,3 @@ BENCHMARK(mergeScenes)
 
 }  // namespace
 }  // namespace vantorix::bench
-
-int main(int argc, char** argv) {
-    vantorix::core::logger::Logger::active = false;
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-}

@@ -8,7 +8,6 @@
 #include <boost/make_shared.hpp>
 
 #include "core_api/event/EventManager.h"
-#include "core_api/logger/Logger.h"
 
 #include "scene/animation/Animation.h"
 #include "scene/animation/AnimationManager.h"
@@ -145,9 +144,3 @@ BENCHMARK(playAtRandom)->Arg(100)->Arg(1000)->Arg(10000);
 
 }  // namespace
 }  // namespace vantorix::bench
-
-int main(int argumentCount, char** arguments) {
-    vantorix::core::logger::Logger::active = false;
-    benchmark::Initialize(&argumentCount, arguments);
-    benchmark::RunSpecifiedBenchmarks();
-}

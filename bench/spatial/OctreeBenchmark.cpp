@@ -7,7 +7,6 @@
 #include <boost/make_shared.hpp>
 
 #include "core_api/event/EventManager.h"
-#include "core_api/logger/Logger.h"
 
 #include "scene/geometry/Mesh.h"
 #include "scene/geometry/Stream.h"
@@ -127,9 +126,3 @@ BENCHMARK(pickNearest)->Arg(70)->Arg(223)->Arg(707);
 
 }  // namespace
 }  // namespace vantorix::bench
-
-int main(int argc, char** argv) {
-    vantorix::core::logger::Logger::active = false;
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-}

@@ -23,6 +23,11 @@ boost::shared_ptr<Node> ChildIndex::find(const boost::shared_ptr<Node>& parent,
     if (!parent->children_) return {};
     const auto& children = *parent->children_;
     if (children.size() <= shortRow) return search(children, id);
+    if (const Node* const only = findOnlyOne(*parent, id)) {
+        const Node* const container = only->soleContainer();
+        if (container == parent.get()) return children.inSlot(parent->slotOf(*only));
+        if (container) return {};
+    }
     auto& row = rows_[parent.get()];
     row.parent = parent;  // Kept alive: the address stands for this node.
     for (;;) {
@@ -34,6 +39,15 @@ boost::shared_ptr<Node> ChildIndex::find(const boost::shared_ptr<Node>& parent,
         if (slot != ChildRow::npos) return children.inSlot(slot);
         row.forget();  // It was removed: a namesake may stand behind it.
     }
+}
+
+/// The only node of the tree that carries the ID, if @p parent is in the tree and there is one.
+Node* ChildIndex::findOnlyOne(const Node& parent, const std::string& id) const {
+    auto& index = *scene_.nodeIndex_;
+    if (!scene_.root_ || !index.lists(parent)) return nullptr;
+    bool isOnly = false;
+    Node* const found = index.findByID(*scene_.root_, id, isOnly);
+    return isOnly ? found : nullptr;
 }
 
 boost::shared_ptr<Node> ChildIndex::search(const ChildRow& children, const std::string& id) {

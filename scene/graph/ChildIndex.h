@@ -17,8 +17,9 @@ class SceneManager;
 ///
 /// The rows may change between two calls: children that were added are taken in by the next call, a
 /// removal shows when the removed child is looked for, and when any node of the scene was renamed,
-/// rows are read anew. Short rows are searched, and so are those that hold nodes of other scenes,
-/// whose renames would pass unnoticed.
+/// rows are read anew. IDs that the scene's own index knows of one node only need no row; short
+/// rows are searched, and so are those that hold nodes of other scenes, whose renames would pass
+/// unnoticed.
 class ChildIndex {
 public:
     /// @p scene must outlive the index.
@@ -41,6 +42,7 @@ private:
         boost::unordered_map<std::string, Place> first;
     };
 
+    Node* findOnlyOne(const Node& parent, const std::string& id) const;
     static boost::shared_ptr<Node> search(const ChildRow& children, const std::string& id);
     void catchUp(Row& row, const ChildRow& children) const;
 

@@ -30,10 +30,18 @@ NodeIndex::NodeIndex(const SceneManager* scene)
       ids_{NodeTable([](const Node& node) -> const std::string& { return node.id_; }), false},
       names_{NodeTable([](const Node& node) -> const std::string& { return node.name_; }), false} {}
 
-Node* NodeIndex::findByID(Node& root, const std::string& id) { return find(ids_, root, id); }
+Node* NodeIndex::findByID(Node& root, const std::string& id) {
+    bool isOnly = false;
+    return findByID(root, id, isOnly);
+}
+
+Node* NodeIndex::findByID(Node& root, const std::string& id, bool& isOnly) {
+    return find(ids_, root, id, isOnly);
+}
 
 Node* NodeIndex::findByName(Node& root, const std::string& name) {
-    return find(names_, root, name);
+    bool isOnly = false;
+    return find(names_, root, name, isOnly);
 }
 
 void NodeIndex::findAllByID(Node& root, const std::vector<std::string>& ids,
@@ -62,10 +70,13 @@ void NodeIndex::searchIDs(Node& root, Wanted& wanted, std::vector<Node*>& nodes)
 
 bool NodeIndex::lists(const Node& node) const { return node.indexGeneration_ == generation_; }
 
-Node* NodeIndex::find(View& view, Node& root, const std::string& text) {
+Node* NodeIndex::find(View& view, Node& root, const std::string& text, bool& isOnly) {
+    isOnly = false;
     if (!view.built && !build(view, root)) return search(root, text, view.table.textOf());
     Node* node = nullptr;
-    if (view.table.find(text, node) == NodeTable::SEVERAL) {
+    const auto answer = view.table.find(text, node);
+    isOnly = answer == NodeTable::ONE && !view.table.isShared(text);
+    if (answer == NodeTable::SEVERAL) {
         node = search(root, text, view.table.textOf());
         view.table.rememberFirst(text, node);
     }

@@ -25,6 +25,8 @@ public:
     explicit NodeIndex(const SceneManager* scene);
 
     Node* findByID(Node& root, const std::string& id);
+    /// The same; @p isOnly tells that no other node of the tree carries the ID.
+    Node* findByID(Node& root, const std::string& id, bool& isOnly);
     Node* findByName(Node& root, const std::string& name);
 
     /// Puts into @p nodes what findByID gives for each of @p ids, all of them different, with at
@@ -56,7 +58,7 @@ private:
         bool built;
     };
 
-    Node* find(View& view, Node& root, const std::string& text);
+    Node* find(View& view, Node& root, const std::string& text, bool& isOnly);
     bool build(View& view, Node& root);
     using Wanted = boost::unordered_map<std::string, std::size_t>;
     void searchIDs(Node& root, Wanted& wanted, std::vector<Node*>& nodes);

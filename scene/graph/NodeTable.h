@@ -29,6 +29,8 @@ public:
     /// Whether nodes carry @p text. For ONE, @p node is that node; for SEVERAL, the caller has to
     /// search, and may rememberFirst what it finds.
     Answer find(const std::string& text, Node*& node) const;
+    /// Whether several nodes carry @p text, or did once.
+    bool isShared(const std::string& text) const { return shared_.count(text) > 0; }
     void rememberFirst(const std::string& text, Node* node);
 
     void insert(Node* node);

@@ -1,5 +1,6 @@
 #include "scene/graph/SceneMerge.h"
 
+#include <algorithm>
 #include <utility>
 #include <vector>
 
@@ -9,6 +10,7 @@
 #include "scene/geometry/IGeometry.h"
 #include "scene/graph/LayerManager.h"
 #include "scene/graph/Node.h"
+#include "scene/graph/NodeIndex.h"
 #include "scene/graph/SceneLibrary.h"
 #include "scene/graph/SceneManager.h"
 #include "scene/graph/TreeSnapshot.h"
@@ -66,15 +68,19 @@ void SceneMerge::mergeSceneGraph(const boost::shared_ptr<Node>& parent,
             continue;
         }
         const auto next = level.rest.first++;
+        tree.fetch({next + TreeSnapshot::nodesAhead,
+                    std::min(next + TreeSnapshot::nodesAhead + 1, level.rest.last)});
         const auto placed = place(tree.node(next), level.parent);
-        if (placed) levels.push_back({placed, tree.children(next)});
+        if (!placed) continue;
+        tree.fetch(tree.children(next));
+        levels.push_back({placed, tree.children(next)});
     }
 }
 
 // The node under which the children of `node` belong; empty when they are discarded with it.
 boost::shared_ptr<Node> SceneMerge::place(const Node& node, const boost::shared_ptr<Node>& parent) {
     auto id = node.getID();
-    if (target_->getNodeByID(id)) {
+    if (isTaken(id)) {
         if (has(DISCARD_NODES)) {
             target_->logger_ << "[INFO] Found repeated Node with ID: " + id + ". Discarded.";
             return {};
@@ -88,6 +94,11 @@ boost::shared_ptr<Node> SceneMerge::place(const Node& node, const boost::shared_
     const auto copy = copyNode(node, id);
     parent->addNode(copy);
     return copy;
+}
+
+bool SceneMerge::isTaken(const std::string& id) const {
+    auto* const root = target_->root_.get();
+    return root && target_->nodeIndex_->findByID(*root, id);
 }
 
 boost::shared_ptr<Node> SceneMerge::copyNode(const Node& node, const std::string& id) {

@@ -42,6 +42,7 @@ private:
     void mergeLibraries();
     void mergeSceneGraph(const boost::shared_ptr<Node>& parent, const boost::shared_ptr<Node>& top);
     boost::shared_ptr<Node> place(const Node& node, const boost::shared_ptr<Node>& parent);
+    bool isTaken(const std::string& id) const;
     boost::shared_ptr<Node> copyNode(const Node& node, const std::string& id);
     void copyLayers(const Node& node, Node& copy) const;
     void copyInstances(const Node& node, Node& copy);

@@ -1,5 +1,6 @@
 #include "scene/graph/TreeSnapshot.h"
 
+#include <algorithm>
 #include <utility>
 
 #include <boost/unordered/unordered_map.hpp>
@@ -21,6 +22,15 @@ TreeSnapshot::TreeSnapshot(boost::shared_ptr<Node> top) {
             }
         }
         appendChildren(place);
+    }
+}
+
+void TreeSnapshot::fetch(Range range) const {
+    constexpr std::size_t cacheLine = 64;
+    for (auto place = range.first; place < std::min(range.last, range.first + nodesAhead);
+         ++place) {
+        const auto* const node = reinterpret_cast<const char*>(places_[place].node.get());
+        for (std::size_t i = 0; i < sizeof(Node); i += cacheLine) __builtin_prefetch(node + i);
     }
 }
 

@@ -15,6 +15,8 @@ class Node;
 /// A node that is attached several times stands in several places, whose children are listed once.
 class TreeSnapshot {
 public:
+    static constexpr std::size_t nodesAhead = 8;
+
     /// Places in the snapshot: from first to one before last.
     struct Range {
         std::size_t first;
@@ -26,6 +28,8 @@ public:
     /// The place of the top.
     static Range top() { return Range{0, 1}; }
     const Node& node(std::size_t place) const { return *places_[place].node; }
+    /// Asks for the memory of the first few nodes of @p range, for when their turn comes.
+    void fetch(Range range) const;
     Range children(std::size_t place) const { return places_[place].children; }
 
 private:
