@@ -48,5 +48,4 @@ try:
 except gdb.error as problem:
     print("gdb cannot run the sample: %s" % problem)
     failed = 1
-gdb.execute("kill")
 gdb.execute("quit %d" % min(failed, 1))
