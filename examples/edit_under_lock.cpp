@@ -16,15 +16,11 @@ using namespace vantorix::scene;
 namespace {
 
 /// Holds the scene lock for as long as it stands.
-class Locked {
-public:
-    explicit Locked(SceneManager& scene) : scene_(scene) { scene_.lockScene(); }
-    ~Locked() { scene_.unlockScene(); }
+struct Locked {
+    explicit Locked(SceneManager& locked) : scene(locked) { scene.lockScene(); }
     Locked(const Locked&) = delete;
-    Locked& operator=(const Locked&) = delete;
-
-private:
-    SceneManager& scene_;
+    ~Locked() { scene.unlockScene(); }
+    SceneManager& scene;
 };
 
 boost::shared_ptr<Node> addNode(const boost::shared_ptr<SceneManager>& scene, const char* id) {
