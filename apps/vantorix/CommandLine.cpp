@@ -13,9 +13,11 @@
 #include "apps/vantorix/CommonOptions.h"
 #include "apps/vantorix/Console.h"
 #include "apps/vantorix/DiffCommand.h"
+#include "apps/vantorix/DumpCommand.h"
 #include "apps/vantorix/EventsCommand.h"
 #include "apps/vantorix/Failure.h"
 #include "apps/vantorix/InfoCommand.h"
+#include "apps/vantorix/JournalCommand.h"
 #include "apps/vantorix/KeysCommand.h"
 #include "apps/vantorix/MergeCommand.h"
 #include "apps/vantorix/MorphCommand.h"
@@ -36,6 +38,8 @@ Commands makeCommands() {
     commands.push_back(std::make_unique<InfoCommand>());
     commands.push_back(std::make_unique<RenderCommand>());
     commands.push_back(std::make_unique<EventsCommand>());
+    commands.push_back(std::make_unique<JournalCommand>());
+    commands.push_back(std::make_unique<DumpCommand>());
     commands.push_back(std::make_unique<KeysCommand>());
     commands.push_back(std::make_unique<PlayCommand>());
     commands.push_back(std::make_unique<NormalsCommand>());

@@ -6,6 +6,7 @@
 
 #include "apps/import/ModelImporter.h"
 #include "apps/vantorix/Failure.h"
+#include "apps/vantorix/PrintableText.h"
 #include "scene/graph/SceneManager.h"
 
 namespace vantorix::apps::cli {
@@ -19,7 +20,7 @@ LoadedModel::LoadedModel(const std::string& file,
     import_ = import::ModelImporter(options).importFile(file, scene_);
     if (import_.status == import::ImportResult::DONE) return;
     const bool isLimit = import_.status == import::ImportResult::LIMIT_MET;
-    throw Failure(isLimit ? LIMIT_MET : FILE_REFUSED, import_.reason);
+    throw Failure(isLimit ? LIMIT_MET : FILE_REFUSED, printable(import_.reason));
 }
 
 LoadedModel::~LoadedModel() { scene_->stop(); }

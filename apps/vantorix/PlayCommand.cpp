@@ -19,7 +19,6 @@
 #include "apps/vantorix/PrintableText.h"
 #include "apps/vantorix/Progress.h"
 #include "apps/vantorix/RealtimePlay.h"
-#include "apps/vantorix/TextColumns.h"
 #include "scene/animation/Animation.h"
 #include "scene/graph/SceneManager.h"
 
@@ -69,15 +68,15 @@ void makeFolder(const std::string& folder) {
 }
 
 Json reportJson(const RealtimeReport& report) {
-    return {{"seconds", report.seconds},
+    return {{"playedSeconds", report.seconds},
             {"cycles", report.cycles},
             {"poses", report.poses},
             {"SyncScene", report.syncEvents},
-            {"interval ms", report.interval},
-            {"jitter ms", report.jitter},
-            {"longest interval ms", report.longestInterval},
-            {"update ms", report.update},
-            {"longest update ms", report.longestUpdate}};
+            {"intervalMs", report.interval},
+            {"jitterMs", report.jitter},
+            {"longestIntervalMs", report.longestInterval},
+            {"updateMs", report.update},
+            {"longestUpdateMs", report.longestUpdate}};
 }
 
 std::string valueText(const Json& value) {

@@ -176,6 +176,7 @@ std::vector<Facts> withUniqueIDs(std::vector<Facts> items) {
 template <class List, class FactsOf>
 std::vector<Facts> listFacts(const List& list, FactsOf factsOfItem) {
     std::vector<Facts> facts;
+    facts.reserve(list.size());
     for (const auto& item : list) facts.push_back(factsOfItem(item));
     return withUniqueIDs(std::move(facts));
 }

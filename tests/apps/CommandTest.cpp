@@ -145,6 +145,14 @@ TEST_F(InfoCommand, NamesCannotTalkToTheTerminal) {
     EXPECT_TRUE(json::accept(run("info --json evil.obj").out));
 }
 
+TEST_F(Program, ReasonsFromFilesCannotTalkToTheTerminal) {
+    folder.write("evil.bvh", "HIERARCHY\nROOT a\n{\nOFFSET 1\x9f\xc2 0 0\n}\n");
+    const auto refused = run("info evil.bvh");
+    EXPECT_EQ(refused.exitCode, 3);
+    EXPECT_TRUE(isPlain(refused.err)) << refused.err;
+    EXPECT_TRUE(isOneLineWith(refused.err, "evil.bvh: ")) << refused.err;
+}
+
 TEST_F(EventsCommand, ListsTheEventsInOrderWithCounts) {
     const auto events = run("events --json square.obj");
     EXPECT_EQ(events.exitCode, 0);

@@ -111,7 +111,7 @@ TEST_F(PlayCommand, InRealTimeTheScenesOwnThreadPlays) {
     const json report = json::parse(played.out)["realtime"];
     EXPECT_GT(report["cycles"], 3);
     EXPECT_GT(report["poses"], 1);
-    EXPECT_GE(report["interval ms"], 10.0);
+    EXPECT_GE(report["intervalMs"], 10.0);
     EXPECT_LE(report["SyncScene"], report["poses"]);
     EXPECT_GT(report["SyncScene"], 0);
 }
