@@ -71,7 +71,7 @@ int main() {
         controller->getSkin()->getVertexJointsAndWeights(static_cast<unsigned int>(vertex), joints,
                                                          weights);
         // Along the strip, the hand's share grows from 0 to 1.
-        const float x = positions->values[static_cast<std::size_t>(3 * vertex)];
+        const float x = positions->values[3 * static_cast<std::size_t>(vertex)];
         float hand = 0;
         for (std::size_t i = 0; i < joints.size(); ++i) hand += joints[i] == 1 ? weights[i] : 0;
         std::cout << "x = " << x << ": the hand moves it by " << hand << '\n';
