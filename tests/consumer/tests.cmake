@@ -16,11 +16,9 @@ add_test(NAME consumer.first_program
         --build-options "-DCMAKE_PREFIX_PATH=${folder}/prefix"
             "-DCMAKE_CXX_COMPILER=${CMAKE_CXX_COMPILER}"
             "-DCMAKE_CXX_COMPILER_LAUNCHER=${CMAKE_CXX_COMPILER_LAUNCHER}"
-        --test-command "${folder}/build/first_program")
+        --test-command "${CMAKE_CTEST_COMMAND}" --output-on-failure --no-tests=error)
 set_tests_properties(consumer.first_program PROPERTIES
-    FIXTURES_REQUIRED installed_prefix
-    PASS_REGULAR_EXPRESSION "1 0 0 0\n0 1 0 2\n0 0 1 0\n0 0 0 1\n"
-    TIMEOUT 300)
+    FIXTURES_REQUIRED installed_prefix TIMEOUT 300)
 
 if(TARGET vantorix)
     add_test(NAME consumer.installed_program COMMAND "${folder}/prefix/bin/vantorix" --version)
