@@ -46,7 +46,7 @@ public:
     void setColor(const Eigen::Vector3f& color);
     void setAttenuation(float constant, float linear, float quadratic);
 
-    /// @param angle in degrees.
+    /// @p angle is in degrees.
     void setFallOff(float angle, float exponent);
 
 protected:

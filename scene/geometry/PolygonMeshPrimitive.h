@@ -18,8 +18,8 @@ class Polygon;
 class VANTORIX_SCENE_EXPORT PolygonMeshPrimitive : public MeshPrimitiveBase {
 public:
     PolygonMeshPrimitive(boost::shared_ptr<Mesh> mesh, const std::vector<StreamMapping>& mappings);
-    /// @param polygonStream two values per polygon: corner count, and the position in
-    ///        @p indexStream (in indices, not records) where its first record starts.
+    /// @p polygonStream holds two values per polygon: corner count, and the position in
+    /// @p indexStream (in indices, not records) where its first record starts.
     PolygonMeshPrimitive(boost::shared_ptr<Mesh> mesh, const std::vector<StreamMapping>& mappings,
                          const std::vector<unsigned int>& indexStream,
                          const std::vector<unsigned int>& polygonStream);

@@ -22,7 +22,7 @@ class Ray;
 /// Threads: not locked; any number of threads may read.
 class VANTORIX_SCENE_EXPORT OctreeNode {
 public:
-    /// A leaf without faces. @param parent null for a root; must outlive the node.
+    /// A leaf without faces. @p parent is null for a root; it must outlive the node.
     OctreeNode(OctreeNode* parent, const Eigen::Vector3f& minimum, const Eigen::Vector3f& maximum);
     OctreeNode(const OctreeNode& other);
     OctreeNode& operator=(const OctreeNode& other);
