@@ -1,5 +1,7 @@
 #include "scene/graph/NodeBounds.h"
 
+#include <utility>
+
 #include "scene/geometry/IGeometry.h"
 #include "scene/graph/Node.h"
 #include "scene/graph/NodeExtras.h"
@@ -10,16 +12,21 @@ namespace vantorix::scene {
 
 NodeBounds::NodeBounds(const Node& top) {
     NodeWalk walk(const_cast<Node&>(top), NodeWalk::SKIP_REPEATS);
-    while (const Node* const node = walk.next()) addGeometriesOf(*node);
+    while (const Node* const node = walk.next()) placeGeometriesOf(*node);
+    // Asked after the walk: a geometry of the caller's own class may edit the tree when it is.
+    for (const auto& [world, geometry] : placed_) {
+        addBox(world, geometry->getBVMin(), geometry->getBVMax());
+    }
+    placed_.clear();
 }
 
-void NodeBounds::addGeometriesOf(const Node& node) {
+void NodeBounds::placeGeometriesOf(const Node& node) {
     const auto& instances = node.readExtras().geometries;
     if (instances.empty()) return;
     const Eigen::Matrix4f world = node.getCombinedTransformations();
     for (const auto& instance : instances) {
-        const auto geometry = instance->getGeometry();
-        if (geometry) addBox(world, geometry->getBVMin(), geometry->getBVMax());
+        auto geometry = instance->getGeometry();
+        if (geometry) placed_.emplace_back(world, std::move(geometry));
     }
 }
 

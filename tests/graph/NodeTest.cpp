@@ -1,13 +1,17 @@
 #include <cmath>
 #include <stdexcept>
 
+#include <boost/function.hpp>
 #include <gtest/gtest.h>
 
 #include "core_api/utils/Matrix.h"
 
 #include "scene/animation/Camera.h"
 #include "scene/animation/Light.h"
+#include "scene/geometry/Mesh.h"
 #include "scene/graph/Node.h"
+#include "scene/material/InstanceGeometry.h"
+#include "scene/material/Material.h"
 #include "scene/transform/TransformationLookAt.h"
 #include "scene/transform/TransformationMatrix.h"
 #include "scene/transform/TransformationRotate.h"
@@ -399,6 +403,33 @@ TEST_F(NodeLayers, AskingForAnUnknownNameRegistersIt) {
     child->addToLayer(77);
     EXPECT_TRUE(child->inLayer("new"));
     EXPECT_EQ(child->getLayersNames(), std::set<std::string>({"", "new", "selected"}));
+}
+
+/// A geometry that edits the scene when it is measured.
+struct EditingMesh : scene::Mesh {
+    EditingMesh() : Mesh("editing", "") {}
+    Eigen::Vector3f getBVMin() override {
+        edit();
+        return {1, 2, 3};
+    }
+    Eigen::Vector3f getBVMax() override { return {4, 5, 6}; }
+    boost::function<void()> edit;
+};
+
+TEST_F(NodeHierarchy, AGeometryMayEditTheTreeThatItIsMeasuredFor) {
+    parent->addNode(child);
+    const auto mesh = boost::make_shared<EditingMesh>();
+    const auto instance =
+        boost::make_shared<scene::InstanceGeometry>(mesh, boost::shared_ptr<scene::Material>());
+    child->addInstanceGeometry(instance);
+    child->addInstanceGeometry(instance);
+    mesh->edit = [&] {
+        if (child) child->removeInstanceGeometry(instance);
+        parent->removeChild(child);
+        child.reset();
+    };
+    EXPECT_EQ(parent->getBVMin(), Eigen::Vector3f(1, 2, 3));
+    EXPECT_EQ(parent->getBVMax(), Eigen::Vector3f(0, 0, 0));
 }
 
 }  // namespace
