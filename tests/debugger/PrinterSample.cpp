@@ -3,8 +3,6 @@
 
 #include "core_api/core_api.h"
 
-#include "core/event/Payload.h"
-#include "scene/graph/ChildRow.h"
 #include "scene/scene.h"
 
 namespace {

@@ -2,7 +2,8 @@
 
 Installed under the names of the libraries, so that gdb loads it with them; by hand:
 `source tools/gdb/vantorix-gdb.py`. The printers read fields and call nothing, so that they work
-on core dumps; what the debug information does not describe is printed as "?".
+on core dumps. Two classes are private to the libraries, so that no application's debug information
+describes them: their fields are read by place.
 """
 
 import struct
@@ -58,26 +59,19 @@ class Printer:
     def to_string(self):
         try:
             return self.describe()
-        except gdb.MemoryError as error:
+        except gdb.error as error:  # Memory that cannot be read, a class without description.
             return "<%s>" % error
 
 
 class NodePrinter(Printer):
     def describe(self):
-        return "%s, children: %s" % (named("Node", self.value), self.child_count())
+        return "%s, children: %d" % (named("Node", self.value), self.child_count())
 
     def child_count(self):
         # A std::unique_ptr with the default deleter is its pointer.
-        row = self.value["children_"].address.cast(pointer_to("void").pointer()).dereference()
-        if int(row) == 0:
-            return "0"
-        try:
-            typed = row.cast(pointer_to("vantorix::scene::ChildRow"))
-            return str(int(typed.dereference()["live_"]))
-        except gdb.MemoryError:
-            raise
-        except gdb.error:
-            return "?"
+        row = self.value["children_"].address.cast(pointer_to("unsigned long").pointer())[0]
+        # ChildRow: a vector (three words), the head, the number of children.
+        return int(row[4]) if int(row) else 0
 
 
 class MeshPrinter(Printer):
@@ -138,22 +132,15 @@ class EventDataPrinter(Printer):
         return quoted(data[: data[-1]].decode("utf-8", "replace"))
 
     def shared_text(self, payload):
-        for field in payload.type.target().fields():
-            if field.name == "text_":
-                # The text of a matrix is made when it is first read.
-                matrix = ",<matrix>" if self.holds_matrix(payload) else ""
-                return quoted(text_of(self.member(payload, field)) + matrix)
-        return "?"
-
-    @staticmethod
-    def member(payload, field):
-        # By its place: gdb would warn of a derived class that it has no description of.
-        place = gdb.Value(int(payload) + field.bitpos // 8)
-        return place.cast(field.type.pointer()).dereference()
+        # Payload: the pointer to its virtual functions, the text, ...
+        place = gdb.Value(int(payload) + pointer_to("void").sizeof)
+        text = text_of(place.cast(pointer_to("std::string")).dereference())
+        # The text of a matrix is made when it is first read.
+        return quoted(text + ",<matrix>" if self.holds_matrix(payload) else text)
 
     @staticmethod
     def holds_matrix(payload):
-        # By the name of the table: the debug information may not describe the class.
+        # By the name of the table of virtual functions, which a stripped library has lost.
         table = payload.cast(pointer_to("void").pointer()).dereference()
         return "MatrixPayload" in gdb.execute("info symbol %d" % int(table), to_string=True)
 
