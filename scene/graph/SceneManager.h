@@ -54,7 +54,8 @@ class SceneSync;
 /// otherwise.
 /// Threads: while the synchronisation thread runs, edit the scene, its libraries included, between
 /// lockScene() and unlockScene(). Events are delivered on the thread that makes the change, with no
-/// lock of the library held; "SyncScene" comes on the synchronisation thread.
+/// lock of the library held, except that a scene controller edits, and so announces, under the
+/// locks of its cycle; "SyncScene" follows on the synchronisation thread under none.
 class VANTORIX_SCENE_EXPORT SceneManager : public core::event::EventBase,
                                            public boost::enable_shared_from_this<SceneManager> {
 public:

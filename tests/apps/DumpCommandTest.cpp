@@ -24,7 +24,7 @@ using nlohmann::json;
 using DumpCommand = Program;
 using JournalCommand = Program;
 
-constexpr const char* figure = VANTORIX_SAMPLES "/figure.dae";
+constexpr const char* dumpedFigure = VANTORIX_SAMPLES "/figure.dae";
 
 std::vector<float> floatsOf(const json& list) {
     std::vector<float> values;
@@ -39,13 +39,13 @@ std::string dumpOf(scene::SceneManager& scene) {
 }
 
 TEST_F(DumpCommand, ReadsBackAsTheSceneItWasMadeFrom) {
-    const auto first = run(std::string("dump '") + figure + "'");
+    const auto first = run(std::string("dump '") + dumpedFigure + "'");
     ASSERT_EQ(first.exitCode, 0) << first.err;
-    EXPECT_EQ(run(std::string("dump '") + figure + "'").out, first.out);
+    EXPECT_EQ(run(std::string("dump '") + dumpedFigure + "'").out, first.out);
     const auto dump = json::parse(first.out);
     EXPECT_EQ(dump["format"], "vantorix-scene-1");
 
-    const cli::LoadedModel model(figure);
+    const cli::LoadedModel model(dumpedFigure);
     auto& scene = model.getScene();
     const auto nodes = scene.getNodeArray();
     ASSERT_EQ(dump["nodes"].size(), nodes.size());

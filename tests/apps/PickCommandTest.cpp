@@ -11,7 +11,7 @@ namespace {
 using nlohmann::json;
 using PickCommand = Program;
 
-constexpr const char* figure = "'" VANTORIX_SAMPLES "/figure.dae'";
+constexpr const char* quotedFigure = "'" VANTORIX_SAMPLES "/figure.dae'";
 
 TEST(PixelRay, LeadsBackToItsPixel) {
     render::Box box;
@@ -58,9 +58,9 @@ TEST_F(PickCommand, ARayMeetsTheNearestFace) {
 }
 
 TEST_F(PickCommand, APixelMeetsWhatThePictureShows) {
-    const auto hit = json::parse(
-        run(std::string("pick --json --pixel 200,150 --size 400x300 ") + figure + " --render p.png")
-            .out)["hits"];
+    const auto hit = json::parse(run(std::string("pick --json --pixel 200,150 --size 400x300 ") +
+                                     quotedFigure + " --render p.png")
+                                     .out)["hits"];
     ASSERT_EQ(hit.size(), 1u);
     EXPECT_GT(hit[0]["path"].size(), 1u);
     const auto picture = render::readPng(folder.getPath() + "/p.png");
@@ -68,7 +68,7 @@ TEST_F(PickCommand, APixelMeetsWhatThePictureShows) {
     EXPECT_GT(middle[0], 200);
     EXPECT_LT(middle[1], 60);
 
-    const auto corner = run(std::string("pick --pixel 0,0 --size 400x300 ") + figure);
+    const auto corner = run(std::string("pick --pixel 0,0 --size 400x300 ") + quotedFigure);
     EXPECT_EQ(corner.exitCode, 1) << corner.out;
 }
 
