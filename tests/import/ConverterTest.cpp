@@ -30,6 +30,8 @@ std::vector<ModelNode> threeNodes() {
     return nodes;
 }
 
+}  // namespace
+
 /// A mesh of three vertices that frees nothing but what Assimp frees.
 struct OddMesh : ::testing::Test {
     OddMesh() {
@@ -97,8 +99,6 @@ struct OddClip : ::testing::Test {
     ImportReport report;
     NodeNames names{threeNodes()};
 };
-
-}  // namespace
 
 TEST_F(OddMesh, FacesWithoutThreeSoundCornersAreDropped) {
     setFaces({{0, 1, 2}, {0, 1}, {}, {0, 1, 3}, {0, 1, 2, 0}, {2, 1, 0, 9}});
