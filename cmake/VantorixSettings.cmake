@@ -18,7 +18,9 @@ if(VANTORIX_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
         "${VANTORIX_CCACHE}")
 endif()
 
-set(VANTORIX_SANITIZER "" CACHE STRING "Instrument everything: address, undefined (or both, with a comma), thread, or empty")
+set(VANTORIX_UNITY_TESTS "$ENV{VANTORIX_UNITY_TESTS}" CACHE BOOL "Compile eight sources of a test at a time")
+
+set(VANTORIX_SANITIZER "" CACHE STRING "Instrument everything: address, undefined, thread or empty")
 if(VANTORIX_SANITIZER)
     add_compile_options(-fsanitize=${VANTORIX_SANITIZER} -fno-sanitize-recover=all
         -fno-omit-frame-pointer)

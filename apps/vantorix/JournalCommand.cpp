@@ -18,7 +18,7 @@ void JournalCommand::declare(CLI::App& app) {
     declareExamples(app,
                     {"vantorix journal robot.glb > robot.jsonl",
                      "vantorix journal robot.glb | jq -r .event | sort | uniq -c"},
-                    "Each line is {\"number\": from 1, \"event\": name, \"data\": payload}.");
+                    R"(Each line is {"number": from 1, "event": name, "data": payload}.)");
 }
 
 ExitCode JournalCommand::run(Console& console) {

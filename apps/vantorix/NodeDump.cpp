@@ -36,7 +36,7 @@ Json floatsJson(const float* values, std::size_t count) {
 Json vectorJson(const Vector3& vector) {
     Json list = Json::array();
     for (std::size_t i = 0; i < vector.size(); ++i) {
-        list.push_back(jsonNumber(vector[static_cast<int>(i)]));
+        list.push_back(jsonNumber(vector[i]));
     }
     return list;
 }
@@ -134,7 +134,7 @@ nlohmann::ordered_json nodeDump(const scene::Node& node, const NodeNumbers& numb
     for (unsigned int i = 0; i < node.getInstanceLightCount(); ++i) {
         lights.push_back(node.getInstanceLight(i)->getID());
     }
-    const Eigen::Matrix4f local = node.getTransformations();
+    const Eigen::Matrix4f& local = node.getTransformations();
     return {{"id", node.getID()},
             {"name", node.getName()},
             {"sid", node.getSID()},

@@ -49,8 +49,8 @@ private:
         Eigen::Matrix4f translation;
         Eigen::Matrix3f rotation;  ///< Counts once isTurned.
         Eigen::Vector3f scale;
-        bool isPlaced;
-        bool isTurned;
+        bool isPlaced = false;
+        bool isTurned = false;
     };
     struct Interval;
     struct WrittenNode {

@@ -18,11 +18,11 @@ inline std::size_t firstKeyFrom(const float* times, std::size_t count, float tim
     const Lanes wanted = {time, time, time, time};
     std::size_t index = 0;
     for (; index + blockSize <= count; index += blockSize) {
-        std::array<Lanes, 4> block;
+        std::array<Lanes, 4> block{};
         std::memcpy(block.data(), times + index, sizeof(block));
         const auto reached = (wanted <= block[0]) | (wanted <= block[1]) | (wanted <= block[2]) |
                              (wanted <= block[3]);
-        std::array<std::int64_t, 2> flags;
+        std::array<std::int64_t, 2> flags{};
         std::memcpy(flags.data(), &reached, sizeof(flags));
         if ((flags[0] | flags[1]) != 0) break;
     }

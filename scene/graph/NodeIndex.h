@@ -55,7 +55,7 @@ public:
 private:
     struct View {
         NodeTable table;
-        bool built;
+        bool built = false;
     };
 
     Node* find(View& view, Node& root, const std::string& text, bool& isOnly);

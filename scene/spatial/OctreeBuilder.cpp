@@ -92,9 +92,10 @@ OctreeBuilder::OctreeBuilder(const std::vector<boost::shared_ptr<IPrimitive>>& f
     isTriangle_.resize(faces.size());
     for (std::size_t i = 0; i < faces.size(); ++i) {
         // A class derived from Triangle may have a test of its own.
-        if (!faces[i] || typeid(*faces[i]) != typeid(Triangle)) continue;
+        const IPrimitive* const face = faces[i].get();
+        if (!face || typeid(*face) != typeid(Triangle)) continue;
         isTriangle_[i] = true;
-        corners_[i] = FaceCorners::of(static_cast<const Triangle&>(*faces[i]));
+        corners_[i] = FaceCorners::of(static_cast<const Triangle&>(*face));
     }
 }
 

@@ -26,8 +26,8 @@ public:
         std::uint32_t secondCorner;  ///< The corners of the face are 0, this one and the next.
     };
     struct Hit : RayTest::Hit {
-        std::uint32_t face;
-        std::uint32_t secondCorner;
+        std::uint32_t face = 0;
+        std::uint32_t secondCorner = 0;
     };
 
     PickIndex() = default;

@@ -13,7 +13,7 @@ namespace vantorix::scene {
 class RayTest {
 public:
     struct Hit {
-        float t;  ///< In lengths of the direction.
+        float t = 0.0f;  ///< In lengths of the direction.
         Eigen::Vector3f barycentric;
     };
 
@@ -63,7 +63,9 @@ private:
 
     Eigen::Vector3f origin_;
     Eigen::Vector3f shear_;
-    Eigen::Index x_, y_, z_;
+    Eigen::Index x_ = 0;
+    Eigen::Index y_ = 0;
+    Eigen::Index z_ = 0;
 };
 
 }  // namespace vantorix::scene
