@@ -118,12 +118,7 @@ void GeometryCommand::declare(CLI::App& app) {
                    "ID or name of the geometry to change, all if not given")
         ->type_name("ID");
     declareOptions(app);
-    auto* const picture =
-        app.add_option("--render", picture_, "PNG file for a picture of before and after")
-            ->type_name("FILE");
-    app.add_option("--size", size_, "Size of the picture in pixels, 1200x600 if not given")
-        ->type_name("WxH")
-        ->needs(picture);
+    declarePicture(app, "before and after", picture_, size_);
     declareJson(app, json_);
 }
 

@@ -18,12 +18,7 @@ void PairCommand::declare(CLI::App& app) {
         ->required()
         ->type_name("");
     app.add_option("B", source_, "The other model file")->required()->type_name("");
-    auto* const picture =
-        app.add_option("--render", picture_, "PNG file for a picture of the outcome")
-            ->type_name("FILE");
-    app.add_option("--size", size_, "Size of the picture in pixels, 800x600 if not given")
-        ->type_name("WxH")
-        ->needs(picture);
+    declarePicture(app, "the outcome", picture_, size_);
     declareJson(app, json_);
     declareOptions(app);
 }

@@ -99,8 +99,7 @@ void PickCommand::declare(CLI::App& app) {
     app.add_flag("--all", all_, "All faces on the ray, the nearest first");
     app.add_option("--render", output_, "PNG file for the picture, with a mark at the hit")
         ->type_name("FILE");
-    app.add_option("--size", size_, "Size of the picture in pixels, 800x600 if not given")
-        ->type_name("WxH");
+    declareSize(app, size_);
     app.add_option("--camera", view_.camera, "ID or name of the camera to look through")
         ->type_name("ID");
     declareJson(app, json_);

@@ -25,9 +25,21 @@ int parseSide(const std::string& text) {
 
 }  // namespace
 
-void PictureOptions::declare(CLI::App& app) {
-    app.add_option("--size", size_, "Size of the picture in pixels, 800x600 if not given")
+CLI::Option* declareSize(CLI::App& app, std::string& size) {
+    return app
+        .add_option("--size", size, "Size of the picture in pixels, " + size + " if not given")
         ->type_name("WxH");
+}
+
+void declarePicture(CLI::App& app, const std::string& contents, std::string& file,
+                    std::string& size) {
+    auto* const picture = app.add_option("--render", file, "PNG file for a picture of " + contents)
+                              ->type_name("FILE");
+    declareSize(app, size)->needs(picture);
+}
+
+void PictureOptions::declare(CLI::App& app) {
+    declareSize(app, size_);
     auto* const camera =
         app.add_option("--camera", camera_, "ID or name of the camera to look through")
             ->type_name("ID");

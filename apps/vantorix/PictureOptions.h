@@ -7,7 +7,8 @@
 
 namespace CLI {  // NOLINT(readability-identifier-naming): not our name.
 class App;
-}
+class Option;
+}  // namespace CLI
 
 namespace vantorix::apps::cli {
 
@@ -26,6 +27,13 @@ private:
     bool framed_ = false;
     std::string background_;
 };
+
+/// Declares --size, which is kept in @p size as long as it is not given.
+CLI::Option* declareSize(CLI::App& app, std::string& size);
+
+/// Declares --render, for a picture of @p contents, and --size, which makes no sense without.
+void declarePicture(CLI::App& app, const std::string& contents, std::string& file,
+                    std::string& size);
 
 /// Sets the size of @p view from "WIDTHxHEIGHT". @throws Failure when @p text is none, or too
 /// large.

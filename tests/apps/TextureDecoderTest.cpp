@@ -27,19 +27,20 @@ Bytes pngBytes() {
 
 /// Uncompressed, 24 bits, rows from the bottom up: blue below, red above.
 Bytes tgaBytes(std::uint16_t width, std::uint16_t height) {
-    Bytes bytes(18);
+    Bytes bytes(18 + 6);
     bytes[2] = 2;
     bytes[12] = static_cast<std::uint8_t>(width);
     bytes[13] = static_cast<std::uint8_t>(width >> 8);
     bytes[14] = static_cast<std::uint8_t>(height);
     bytes[15] = static_cast<std::uint8_t>(height >> 8);
     bytes[16] = 24;
-    bytes.insert(bytes.end(), {255, 0, 0, 0, 0, 255});
+    bytes[18] = 255;
+    bytes[23] = 255;
     return bytes;
 }
 
 Bytes bmpBytes(std::int32_t width, std::int32_t height) {
-    Bytes bytes(54);
+    Bytes bytes(54 + 8);
     const auto put = [&bytes](std::size_t at, std::uint32_t value) {
         for (std::size_t i = 0; i < 4; ++i) {
             bytes[at + i] = static_cast<std::uint8_t>(value >> (8 * i));
@@ -54,7 +55,8 @@ Bytes bmpBytes(std::int32_t width, std::int32_t height) {
     put(22, static_cast<std::uint32_t>(height));
     bytes[26] = 1;
     bytes[28] = 24;
-    bytes.insert(bytes.end(), {255, 0, 0, 0, 0, 0, 255, 0});
+    bytes[54] = 255;
+    bytes[60] = 255;
     return bytes;
 }
 
