@@ -45,6 +45,10 @@ public:
     /// First occupied slot at or after @p slot, npos at the end: walks the row in order.
     std::size_t nextSlot(std::size_t slot) const;
     const boost::shared_ptr<Node>& inSlot(std::size_t slot) const { return slots_[slot].child; }
+    /// Asks for the memory of the child in @p slot, if there is such a slot.
+    void fetch(std::size_t slot) const {
+        if (slot < slots_.size()) __builtin_prefetch(slots_[slot].child.get());
+    }
     std::uint32_t ticketOf(std::size_t slot) const { return slots_[slot].ticket; }
 
     /// The ticket of the next child to come. It falls when the row was numbered anew.

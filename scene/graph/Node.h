@@ -215,6 +215,7 @@ private:
     friend class NodeIndex;
     friend class NodeWalk;
     friend class NodeBounds;
+    friend class SceneMerge;
     friend class TreeSnapshot;
     struct Extras;
 
@@ -234,6 +235,8 @@ private:
     void takePlacement(const Eigen::Matrix4f& matrix);
     /// setTransformations and setScale at once, to be used where nobody hears of either.
     void poseUnheard(const Eigen::Matrix4f& matrix, const Eigen::Vector3f& factors);
+    /// As setTranslation, setRotation and setScale with those of @p other.
+    void copyPlacement(const Node& other);
     void applyElement(ITransformation& element);
     void updateLocalMatrix();
 

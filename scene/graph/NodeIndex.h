@@ -29,6 +29,12 @@ public:
     Node* findByID(Node& root, const std::string& id, bool& isOnly);
     Node* findByName(Node& root, const std::string& name);
 
+    /// Ask for the memory that looking up @p id will read, the second some time after the first.
+    /// @{
+    void fetchEntry(const std::string& id) const { ids_.table.fetchEntry(id); }
+    void fetchNode(const std::string& id) const { ids_.table.fetchNode(id); }
+    /// @}
+
     /// Puts into @p nodes what findByID gives for each of @p ids, all of them different, with at
     /// most one search for all.
     void findAllByID(Node& root, const std::vector<std::string>& ids, std::vector<Node*>& nodes);

@@ -17,6 +17,19 @@ NodeTable::Answer NodeTable::find(const std::string& text, Node*& node) const {
     return node ? ONE : NONE;
 }
 
+void NodeTable::fetchEntry(const std::string& text) const {
+    if (!entries_.empty()) __builtin_prefetch(&entries_[hashOf(text) & (entries_.size() - 1)]);
+}
+
+void NodeTable::fetchNode(const std::string& text) const {
+    if (entries_.empty()) return;
+    const auto hash = hashOf(text);
+    const auto& entry = entries_[hash & (entries_.size() - 1)];
+    if (!entry.node || entry.hash != hash) return;
+    __builtin_prefetch(&textOf_(*entry.node));
+    __builtin_prefetch(reinterpret_cast<const char*>(entry.node) - 1);  // Its reference counts.
+}
+
 void NodeTable::rememberFirst(const std::string& text, Node* node) {
     const auto found = shared_.find(text);
     if (found != shared_.end()) found->second.first = node;

@@ -31,6 +31,12 @@ public:
     Answer find(const std::string& text, Node*& node) const;
     /// Whether several nodes carry @p text, or did once.
     bool isShared(const std::string& text) const { return shared_.count(text) > 0; }
+    /// Asks for the memory that find will read for @p text: that of its entry and, in a later call,
+    /// when that has come, that of the node in it.
+    /// @{
+    void fetchEntry(const std::string& text) const;
+    void fetchNode(const std::string& text) const;
+    /// @}
     void rememberFirst(const std::string& text, Node* node);
 
     void insert(Node* node);

@@ -92,6 +92,19 @@ void Node::poseUnheard(const Eigen::Matrix4f& matrix, const Eigen::Vector3f& fac
     updateLocalMatrix();
 }
 
+void Node::copyPlacement(const Node& other) {
+    if (isHeard(events::nodeTransformationUpdate) || isHeard(events::sceneUpdate)) {
+        setTranslation(other.getTranslation());
+        setRotation(other.getRotation());
+        setScale(other.getScale());
+        return;
+    }
+    translation_ = other.translation_;
+    rotation_ = other.rotation_;
+    scaling_ = other.scaling_;
+    updateLocalMatrix();
+}
+
 void Node::takePlacement(const Eigen::Matrix4f& matrix) {
     translation_ = matrix.topRightCorner<3, 1>();
     for (Eigen::Index column = 0; column < 3; ++column) {

@@ -13,12 +13,15 @@
 #include "scene/graph/NodeIndex.h"
 #include "scene/graph/SceneLibrary.h"
 #include "scene/graph/SceneManager.h"
-#include "scene/graph/TreeSnapshot.h"
 #include "scene/material/InstanceGeometry.h"
 #include "scene/material/Material.h"
 
 namespace vantorix::scene {
 namespace {
+
+constexpr std::size_t nodesAhead = 8;
+constexpr std::size_t entriesAhead = 5;
+constexpr std::size_t namesakesAhead = 2;
 
 /// Children that are still to be merged, and the node to merge them under.
 struct MergeLevel {
@@ -61,19 +64,42 @@ void SceneMerge::mergeSceneGraph(const boost::shared_ptr<Node>& parent,
                                  const boost::shared_ptr<Node>& top) {
     const TreeSnapshot tree(top);
     std::vector<MergeLevel> levels{{parent, TreeSnapshot::top()}};
+    fetchFirst(tree, TreeSnapshot::top());
     while (!levels.empty()) {
         auto& level = levels.back();
         if (level.rest.first == level.rest.last) {
             levels.pop_back();
             continue;
         }
+        fetchAhead(tree, level.rest);
         const auto next = level.rest.first++;
-        tree.fetch({next + TreeSnapshot::nodesAhead,
-                    std::min(next + TreeSnapshot::nodesAhead + 1, level.rest.last)});
-        const auto placed = place(tree.node(next), level.parent);
-        if (!placed) continue;
-        tree.fetch(tree.children(next));
-        levels.push_back({placed, tree.children(next)});
+        auto placed = place(tree.node(next), level.parent);
+        const auto below = tree.children(next);
+        if (!placed || below.first == below.last) continue;
+        fetchFirst(tree, below);
+        levels.push_back({std::move(placed), below});
+    }
+}
+
+// Most of the time would pass waiting for memory: of the node to copy, of the index entry of its ID
+// and of the node that carries that ID here. Each is asked for a few nodes before its turn.
+void SceneMerge::fetchAhead(const TreeSnapshot& tree, TreeSnapshot::Range rest) const {
+    const auto& index = *target_->nodeIndex_;
+    const auto left = rest.last - rest.first;
+    if (left > nodesAhead) tree.fetch(rest.first + nodesAhead);
+    if (left > entriesAhead) index.fetchEntry(tree.idOf(rest.first + entriesAhead));
+    if (left > namesakesAhead) index.fetchNode(tree.idOf(rest.first + namesakesAhead));
+}
+
+void SceneMerge::fetchFirst(const TreeSnapshot& tree, TreeSnapshot::Range range) const {
+    const auto& index = *target_->nodeIndex_;
+    const auto end = [range](std::size_t count) { return std::min(range.last, range.first + count); };
+    for (auto place = range.first; place < end(nodesAhead); ++place) tree.fetch(place);
+    for (auto place = range.first; place < end(entriesAhead); ++place) {
+        index.fetchEntry(tree.idOf(place));
+    }
+    for (auto place = range.first; place < end(namesakesAhead); ++place) {
+        index.fetchNode(tree.idOf(place));
     }
 }
 
@@ -105,9 +131,7 @@ boost::shared_ptr<Node> SceneMerge::copyNode(const Node& node, const std::string
     const auto copy = boost::make_shared<Node>(target_);
     copy->setID(id);
     copy->setName(node.getName());
-    copy->setTranslation(node.getTranslation());
-    copy->setRotation(node.getRotation());
-    copy->setScale(node.getScale());
+    copy->copyPlacement(node);
     copyLayers(node, *copy);
     copyInstances(node, *copy);
     return copy;

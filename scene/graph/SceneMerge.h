@@ -7,6 +7,7 @@
 
 #include "scene/graph/ChildIndex.h"
 #include "scene/graph/MaterialIndex.h"
+#include "scene/graph/TreeSnapshot.h"
 
 namespace vantorix::scene {
 
@@ -41,6 +42,8 @@ private:
 
     void mergeLibraries();
     void mergeSceneGraph(const boost::shared_ptr<Node>& parent, const boost::shared_ptr<Node>& top);
+    void fetchAhead(const TreeSnapshot& tree, TreeSnapshot::Range rest) const;
+    void fetchFirst(const TreeSnapshot& tree, TreeSnapshot::Range range) const;
     boost::shared_ptr<Node> place(const Node& node, const boost::shared_ptr<Node>& parent);
     bool isTaken(const std::string& id) const;
     boost::shared_ptr<Node> copyNode(const Node& node, const std::string& id);

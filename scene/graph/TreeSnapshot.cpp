@@ -9,11 +9,19 @@
 #include "scene/graph/Node.h"
 
 namespace vantorix::scene {
+namespace {
+
+constexpr std::size_t nodesAhead = 8;
+
+}  // namespace
 
 TreeSnapshot::TreeSnapshot(boost::shared_ptr<Node> top) {
     places_.push_back(Place{std::move(top), Range{0, 0}});
     boost::unordered_map<const Node*, std::size_t> met;
     for (std::size_t place = 0; place < places_.size(); ++place) {
+        if (place + nodesAhead < places_.size()) {
+            __builtin_prefetch(&node(place + nodesAhead).attachments_);
+        }
         if (node(place).attachments_ > 1) {
             const auto earlier = met.emplace(&node(place), place);
             if (!earlier.second) {
@@ -25,19 +33,20 @@ TreeSnapshot::TreeSnapshot(boost::shared_ptr<Node> top) {
     }
 }
 
-void TreeSnapshot::fetch(Range range) const {
+const std::string& TreeSnapshot::idOf(std::size_t place) const { return node(place).id_; }
+
+void TreeSnapshot::fetch(std::size_t place) const {
     constexpr std::size_t cacheLine = 64;
-    for (auto place = range.first; place < std::min(range.last, range.first + nodesAhead);
-         ++place) {
-        const auto* const node = reinterpret_cast<const char*>(places_[place].node.get());
-        for (std::size_t i = 0; i < sizeof(Node); i += cacheLine) __builtin_prefetch(node + i);
-    }
+    const auto* const node = reinterpret_cast<const char*>(places_[place].node.get());
+    for (std::size_t i = 0; i < sizeof(Node); i += cacheLine) __builtin_prefetch(node + i);
 }
 
 void TreeSnapshot::appendChildren(std::size_t place) {
     const auto first = places_.size();
     if (const auto* const row = places_[place].node->children_.get()) {
+        for (std::size_t slot = 0; slot < nodesAhead; ++slot) row->fetch(slot);
         for (auto slot = row->nextSlot(0); slot != ChildRow::npos; slot = row->nextSlot(slot + 1)) {
+            row->fetch(slot + nodesAhead);
             places_.push_back(Place{row->inSlot(slot), Range{0, 0}});
         }
     }

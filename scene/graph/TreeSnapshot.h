@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 #include <vector>
 
 #include <boost/smart_ptr/shared_ptr.hpp>
@@ -15,8 +16,6 @@ class Node;
 /// A node that is attached several times stands in several places, whose children are listed once.
 class TreeSnapshot {
 public:
-    static constexpr std::size_t nodesAhead = 8;
-
     /// Places in the snapshot: from first to one before last.
     struct Range {
         std::size_t first;
@@ -28,8 +27,9 @@ public:
     /// The place of the top.
     static Range top() { return Range{0, 1}; }
     const Node& node(std::size_t place) const { return *places_[place].node; }
-    /// Asks for the memory of the first few nodes of @p range, for when their turn comes.
-    void fetch(Range range) const;
+    const std::string& idOf(std::size_t place) const;
+    /// Asks for the memory of a node, for when its turn comes.
+    void fetch(std::size_t place) const;
     Range children(std::size_t place) const { return places_[place].children; }
 
 private:
