@@ -58,10 +58,11 @@ void AnimationManager::insertKeyframe(float time) {
     const auto self = weak_from_this().lock();
     const auto animation = animation_;
     pause();
-    if (!animation) return;
-    for (const auto& node : nodesToRecord()) animation->insertKeyFrame(node, time);
+    if (animation) {
+        for (const auto& node : nodesToRecord()) animation->insertKeyFrame(node, time);
+    }
     insertFrameTime(time);
-    if (animation == animation_) clock_->setLoopDuration(animation->getDuration());
+    if (animation && animation == animation_) clock_->setLoopDuration(animation->getDuration());
 }
 
 std::vector<boost::shared_ptr<Node>> AnimationManager::nodesToRecord() const {

@@ -13,6 +13,7 @@
 #include "scene/graph/NodeIndex.h"
 #include "scene/graph/NodeWalk.h"
 #include "scene/graph/SceneEvents.h"
+#include "scene/graph/SceneIdentifiers.h"
 #include "scene/graph/SceneManager.h"
 
 namespace vantorix::scene {
@@ -37,7 +38,7 @@ void Node::setID(std::string id) {
     id_ = std::move(id);
     if (listed) scene->nodeIndex_->afterRename(*this, true);
     if (scene && attachments_ > 0) scene->nodeIndex_->countRename();
-    if (scene) scene->addID(id_);
+    if (scene) scene->identifiers_->record(id_);
 }
 
 void Node::setName(std::string name) {

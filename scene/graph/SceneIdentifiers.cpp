@@ -1,7 +1,5 @@
 #include "scene/graph/SceneIdentifiers.h"
 
-#include <utility>
-
 namespace vantorix::scene {
 namespace {
 
@@ -15,8 +13,8 @@ std::string SceneIdentifiers::generate() {
     return id;
 }
 
-void SceneIdentifiers::record(std::string id) {
-    if (id.compare(0, 3, prefix) == 0) used_.insert(std::move(id));
+void SceneIdentifiers::record(const std::string& id) {
+    if (id.compare(0, 3, prefix) == 0) used_.insert(id);
 }
 
 }  // namespace vantorix::scene

@@ -10,7 +10,7 @@ namespace vantorix::scene {
 class SceneIdentifiers {
 public:
     std::string generate();
-    void record(std::string id);
+    void record(const std::string& id);
 
 private:
     std::uint32_t next_ = 0;

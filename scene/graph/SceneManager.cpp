@@ -96,7 +96,7 @@ void SceneManager::removeSceneController(boost::shared_ptr<ISceneController> con
 
 std::string SceneManager::generateID() { return identifiers_->generate(); }
 
-void SceneManager::addID(std::string id) { identifiers_->record(std::move(id)); }
+void SceneManager::addID(std::string id) { identifiers_->record(id); }
 
 void SceneManager::setSceneID(std::string id) {
     sceneID_ = std::move(id);

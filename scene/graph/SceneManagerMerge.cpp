@@ -157,7 +157,10 @@ void SceneManager::addMerged(const std::vector<boost::shared_ptr<Material>>& mat
 }
 
 std::string SceneManager::renamedID(const std::string& id) {
-    return id + "__renamed_" + generateID() + "__";
+    const auto number = generateID();
+    std::string renamed;
+    renamed.reserve(id.size() + number.size() + 12);
+    return renamed.append(id).append("__renamed_").append(number).append("__");
 }
 
 void SceneManager::replaceSharedStreams(boost::shared_ptr<SceneManager> other) {

@@ -93,7 +93,9 @@ void SceneMerge::fetchAhead(const TreeSnapshot& tree, TreeSnapshot::Range rest) 
 
 void SceneMerge::fetchFirst(const TreeSnapshot& tree, TreeSnapshot::Range range) const {
     const auto& index = *target_->nodeIndex_;
-    const auto end = [range](std::size_t count) { return std::min(range.last, range.first + count); };
+    const auto end = [range](std::size_t count) {
+        return std::min(range.last, range.first + count);
+    };
     for (auto place = range.first; place < end(nodesAhead); ++place) tree.fetch(place);
     for (auto place = range.first; place < end(entriesAhead); ++place) {
         index.fetchEntry(tree.idOf(place));

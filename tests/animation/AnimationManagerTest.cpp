@@ -119,6 +119,19 @@ TEST_F(PlaybackTime, IsShownOnceAfterItWasSet) {
     EXPECT_EQ(currentTime(), 0);
 }
 
+TEST_F(PlaybackTime, CountsInWholeMilliseconds) {
+    using boost::posix_time::microseconds;
+    manager->setTime(microseconds(1500900));
+    manager->update(seconds(0));
+    const float shown = node->getTranslation().x();
+    manager->setTime(microseconds(1500000));
+    manager->update(seconds(0));
+    EXPECT_EQ(node->getTranslation().x(), shown);
+    manager->setTimeTarget(microseconds(1500900));
+    manager->setSmooth(false);
+    EXPECT_FALSE(manager->update(seconds(0))) << "the target is what is shown";
+}
+
 TEST_F(PlaybackTime, TakesDurationsThatAreNone) {
     for (const auto special : {boost::posix_time::pos_infin, boost::posix_time::neg_infin,
                                boost::posix_time::not_a_date_time}) {
@@ -350,6 +363,9 @@ TEST_F(Recording, TakesTargetedNodesAndTheDefaultCamera) {
               Names({"node-node-m", camera->getParentNode()->getID() + "-node-transform"}));
     EXPECT_EQ(manager->getFrameTimes(), Floats({1, 2, 3, 4}));
     EXPECT_EQ(manager->getLoopDuration(), seconds(4));
+    manager->setAnimation(nullptr);
+    manager->insertKeyframe(7);
+    EXPECT_EQ(manager->getFrameTimes(), Floats({7})) << "a time needs no animation";
 }
 
 TEST_F(Recording, MakesACameraWhereTheDefaultCameraIs) {

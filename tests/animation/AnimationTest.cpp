@@ -205,6 +205,37 @@ TEST(Validity, IsThatOfTheLastChild) {
     *invalid = Animation("", "");
 }
 
+TEST(Validity, OfChildrenComesBeforeTheElementsOfTheTarget) {
+    const test::RecordedScene scene;
+    const auto scaled = scene.makeNode("scaled"), placed = scene.makeNode("placed");
+    test::addElement<TransformationScale>(*scaled, "");
+    test::addElement<TransformationMatrix>(*placed, "");
+    const auto isValid = [](const boost::shared_ptr<Node>& target,
+                            const boost::shared_ptr<Node>& childTarget) {
+        const auto animation = makeAnimation(), child = makeAnimation();
+        animation->setTargetNode(target);
+        child->setTargetNode(childTarget);
+        animation->addAnimation(child);
+        return animation->isValid();
+    };
+    EXPECT_FALSE(isValid(scene.makeNode("bare"), scaled));
+    EXPECT_TRUE(isValid(placed, scaled)) << "a matrix can be driven";
+    EXPECT_FALSE(isValid(scaled, placed)) << "a scale alone cannot";
+}
+
+TEST(NestedAnimations, LastAsLongAsTheLongestChannel) {
+    const Keys longer({1, 5}, 1, {0, 0}), shorter({1, 2}, 1, {0, 0});
+    const auto top = makeAnimation(), child = makeAnimation();
+    child->addChannel(longer.sampler, "");
+    child->addChannel(shorter.sampler, "");
+    top->addAnimation(child);
+    EXPECT_EQ(top->getDuration(), microseconds(5000000));
+    const Keys longest({6}, 1, {0});
+    top->addChannel(longest.sampler, "");
+    top->addChannel(shorter.sampler, "");
+    EXPECT_EQ(top->getDuration(), microseconds(6000000));
+}
+
 /// Keys of a matrix channel as whole tuples.
 struct KeyModel {
     void insert(float time, const Eigen::Matrix4f& pose) {
@@ -311,6 +342,16 @@ TEST(KeyEditing, PutsFlatTangentsBehindTheFirstKey) {
     EXPECT_EQ(tangents->count, 3);
     animation->removeKeyFrame(5);
     EXPECT_TRUE(tangents->values == Floats({0, 0, 3, 4}));
+}
+
+// Whatever the stride of the stream says, which then counts sixteen floats as one key of many.
+TEST(KeyEditing, WritesSixteenFloatsForEveryKey) {
+    const test::RecordedScene scene;
+    const auto node = scene.makeNode("node");
+    const auto animation = makeAnimation();
+    const auto element = test::addElement<TransformationTranslate>(*node, "t");
+    for (const float time : {1.0f, 2.0f}) animation->insertTransformations(node, element, time);
+    EXPECT_EQ(animation->getChildAnimations()[0]->getStreams()[1]->values.size(), 32u);
 }
 
 TEST(KeyEditing, SurvivesStreamsThatContradictThemselves) {

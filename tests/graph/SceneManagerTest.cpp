@@ -14,6 +14,10 @@
 #include "scene/material/Image.h"
 #include "scene/material/Material.h"
 #include "scene/material/MaterialParameter.h"
+#include "scene/physics/PhysicsMaterial.h"
+#include "scene/physics/PhysicsModel.h"
+#include "scene/physics/PhysicsScene.h"
+#include "tests/support/LogCapture.h"
 #include "tests/support/RecordedScene.h"
 
 namespace vantorix::test {
@@ -268,6 +272,53 @@ TEST_F(MaterialEvents, ATextureParameterHoldsAnImageID) {
     EXPECT_EQ(material->getParameterAt(0)->getName(), "shine");
     send("L_MaterialParameterUpdated", "missing,shine,3,float");
     EXPECT_EQ(material->getParametersCount(), 2);
+}
+
+TEST_F(MaterialEvents, TheTypeInTheEventDecidesAboutTextures) {
+    const auto material = scene->getMaterialWithID("defaultMaterial");
+    send("L_MaterialParameterUpdated", "defaultMaterial,tex,a.png,texture");
+    send("L_MaterialParameterUpdated", "defaultMaterial,tex,b.png,string");
+    EXPECT_EQ(material->getParameterByName("tex")->getValue(), "b.png");
+    send("L_MaterialParameterUpdated", "defaultMaterial,shine,3,float");
+    scene.forgetEvents();
+    send("L_MaterialParameterUpdated", "defaultMaterial,shine,c.png,texture");
+    const auto shine = material->getParameterByName("shine");
+    EXPECT_EQ(shine->getType(), "float");
+    EXPECT_EQ(shine->getValue(), scene->getImageAt(1)->getID());
+    EXPECT_EQ(scene.eventLines().back(), "SceneUpdate|");
+
+    scene.forgetEvents();
+    for (const auto* const payload :
+         {",tex,d.png,texture", "defaultMaterial,,d.png,texture", "defaultMaterial,tex,,texture",
+          "defaultMaterial,tex,d.png"}) {
+        send("L_MaterialParameterUpdated", payload);
+    }
+    EXPECT_EQ(scene.eventLines().size(), 4u) << "only those that were sent";
+    const LogCapture log;
+    send("L_MaterialParameterUpdated", "missing,shine,3,float");
+    EXPECT_EQ(log.lines(), Names({"[WARN] Trying to change a parameter from a non existent "
+                                  "material."}));
+}
+
+TEST(PhysicsLibraries, AreKeptApartAndRecordTheirIDs) {
+    const RecordedScene scene;
+    using scene::PhysicsMaterial;
+    using scene::PhysicsModel;
+    using scene::PhysicsScene;
+    const auto material = boost::make_shared<PhysicsMaterial>("OID0", "", 0.0f, 0.0f, 0.0f);
+    const auto model = boost::make_shared<PhysicsModel>("OID1", "");
+    const auto listed = boost::make_shared<PhysicsScene>("OID2", "");
+    const auto instanced = boost::make_shared<PhysicsScene>("OID3", "");
+    scene->setPhysicsMaterialLibrary({material});
+    scene->setPhysicsModelLibrary({model});
+    scene->setPhysicsSceneLibrary({listed});
+    scene->setInstancedPhysicsScenes({instanced});
+    EXPECT_EQ(scene->getPhysicsMaterialById("OID0"), material);
+    EXPECT_EQ(scene->getPhysicsModelById("OID1"), model);
+    EXPECT_EQ(scene->getPhysicsSceneById("OID2"), listed);
+    EXPECT_EQ(scene->getPhysicsSceneById("OID3"), nullptr) << "instances are no library";
+    EXPECT_EQ(scene->getInstancedPhysicsScenes().at(0), instanced);
+    EXPECT_EQ(scene->generateID(), "OID4");
 }
 
 TEST_F(MaterialEvents, SwitchTechniquesAndFallSilentAfterStop) {

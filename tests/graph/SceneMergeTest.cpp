@@ -325,12 +325,13 @@ TEST(SceneMergeSize, DeepAndWideTreesAreMergedWithoutDeepStackOrLongSearches) {
     core::logger::Logger::active = true;
 }
 
-/// Two meshes of one ID with a position and a normal stream each.
+/// Meshes with two streams each.
 struct SharedStreams : SceneMerging {
-    boost::shared_ptr<Mesh> addMesh(const RecordedScene& to, const std::string& id, float value) {
+    boost::shared_ptr<Mesh> addMesh(const RecordedScene& to, const std::string& id, float value,
+                                    scene::StreamSemantic second = scene::NORMAL) {
         const auto mesh = boost::make_shared<Mesh>(id, "");
         std::vector<scene::StreamMapping> mappings;
-        for (const auto semantic : {scene::POSITION, scene::NORMAL}) {
+        for (const auto semantic : {scene::POSITION, second}) {
             const auto stream = boost::make_shared<Stream>("s", 3, true);
             const float tuple[] = {value, value, value};
             stream->insertValue(3, tuple);
@@ -355,6 +356,18 @@ TEST_F(SharedStreams, AreCopiedPlaceByPlaceWhereTheirCountsAgree) {
     EXPECT_NE(mine->getStreams()[0], theirs->getStreams()[0]);
     scene->replaceSharedStreams(scene.manager);
     EXPECT_EQ(valueOf(mine, 0), 2.0f);
+}
+
+TEST_F(SharedStreams, AreFoundByTheirSemanticsUpToTheLast) {
+    const auto mine = addMesh(scene, "a", 1, scene::TANGENT);
+    addMesh(other, "a", 2, scene::TANGENT);
+    const auto doubled = addMesh(scene, "b", 1, scene::POSITION);
+    addMesh(other, "b", 2, scene::POSITION);
+    scene->replaceSharedStreams(other.manager);
+    EXPECT_EQ(valueOf(mine, 0), 2.0f);
+    EXPECT_EQ(valueOf(mine, 1), 2.0f);
+    EXPECT_EQ(valueOf(doubled, 0), 2.0f);
+    EXPECT_EQ(valueOf(doubled, 1), 1.0f) << "the first of one semantic stands for it";
 }
 
 TEST_F(SharedStreams, StayWhereLibrariesOrTypesDiffer) {

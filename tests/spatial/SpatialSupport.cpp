@@ -54,6 +54,7 @@ boost::shared_ptr<Mesh> RandomScene::makeMesh(const std::string& id) {
         positions.push_back(below(4) == 0 ? static_cast<float>(below(3)) - 1 : between(-1, 1));
     }
     const auto mesh = makePositions(id, positions);
+    if (meshes_.size() % 4 == 3) mesh->setType(IGeometry::CONVEX_MESH);  // As good as any mesh.
     std::vector<unsigned int> indices(3 * (1 + below(60)));
     for (auto& index : indices) index = below(count);
     addTriangles(mesh, indices);
