@@ -39,8 +39,8 @@ public:
     /// Writes @p value, which can be anything that a stream takes, as one line.
     template <class T>
     Logger& operator<<(const T& value) {
-        const boost::lock_guard<boost::recursive_mutex> lock(mutex_);
         if (!active || !enabled_) return *this;
+        const boost::lock_guard<boost::recursive_mutex> lock(mutex_);
         try {
             std::ostringstream line;
             line << value;

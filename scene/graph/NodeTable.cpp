@@ -26,7 +26,9 @@ void NodeTable::fetchNode(const std::string& text) const {
     const auto hash = hashOf(text);
     const auto& entry = entries_[hash & (entries_.size() - 1)];
     if (!entry.node || entry.hash != hash) return;
-    __builtin_prefetch(&textOf_(*entry.node));
+    const auto* const first = reinterpret_cast<const char*>(&textOf_(*entry.node));
+    __builtin_prefetch(first);
+    __builtin_prefetch(first + sizeof(std::string) - 1);
     __builtin_prefetch(reinterpret_cast<const char*>(entry.node) - 1);  // Its reference counts.
 }
 

@@ -110,18 +110,25 @@ boost::shared_ptr<Node> SceneMerge::place(const Node& node, const boost::shared_
     auto id = node.getID();
     if (isTaken(id)) {
         if (has(DISCARD_NODES)) {
-            target_->logger_ << "[INFO] Found repeated Node with ID: " + id + ". Discarded.";
+            logNode("[INFO] Found repeated Node with ID: ", id, ". Discarded.");
             return {};
         }
         if (has(MERGE_INTO_CHILD)) {
             if (const auto child = children_.find(parent, id)) return child;
         }
         id = target_->renamedID(id);
-        target_->logger_ << "[INFO] Renamed repeated Node to: " + id;
+        target_->nodeIndex_->fetchEntry(id);
+        logNode("[INFO] Renamed repeated Node to: ", id, "");
     }
     const auto copy = copyNode(node, id);
     parent->addNode(copy);
     return copy;
+}
+
+// Composes a line only where it will be written: every node has one.
+void SceneMerge::logNode(const char* before, const std::string& id, const char* after) const {
+    auto& logger = target_->logger_;
+    if (core::logger::Logger::active && logger.isEnabled()) logger << before + id + after;
 }
 
 bool SceneMerge::isTaken(const std::string& id) const {

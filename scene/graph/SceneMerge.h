@@ -45,6 +45,7 @@ private:
     void fetchAhead(const TreeSnapshot& tree, TreeSnapshot::Range rest) const;
     void fetchFirst(const TreeSnapshot& tree, TreeSnapshot::Range range) const;
     boost::shared_ptr<Node> place(const Node& node, const boost::shared_ptr<Node>& parent);
+    void logNode(const char* before, const std::string& id, const char* after) const;
     bool isTaken(const std::string& id) const;
     boost::shared_ptr<Node> copyNode(const Node& node, const std::string& id);
     void copyLayers(const Node& node, Node& copy) const;
