@@ -42,6 +42,9 @@ private:
     using EventsPointer = boost::shared_ptr<core::event::EventManager>;
     using Call = void (SceneFuzzer::*)();
 
+    static constexpr std::size_t mostPlaces = 200;   ///< Of a tree that is still made larger.
+    static constexpr unsigned int mostBigCalls = 6;  ///< Per input.
+
     void step();
 
     // What calls work on. None is ever empty when it is asked for.
@@ -49,7 +52,7 @@ private:
     EventsPointer& events();
     NodePointer& node();
 
-    // Calls, in SceneCalls.cpp.
+    // Calls, in TreeCalls.cpp.
     void makeNode();
     void takeNode();
     void dropNode();
@@ -64,6 +67,8 @@ private:
     void replaceRoot();
     void lookUp();
     void askBounds();
+
+    // Calls, in LibraryCalls.cpp.
     void createCameraOrLight();
     void editImages();
     void editMaterials();
@@ -71,18 +76,20 @@ private:
     void mergeLibraries();
     void mergeScenes();
     void blendScenes();
+
+    // Calls, in ListenerCalls.cpp.
     void sendLocalEvent();
     void changeListeners();
     void dropListener();
     void replaceEvents();
     void replaceScene();
-    void checkNow();
 
     EventsPointer makeEvents();
     boost::shared_ptr<scene::IGeometry> makeGeometry();
-    bool isSmall(scene::SceneManager& manager) const;
 
     // Rules, in SceneRules.cpp.
+    void checkNow();
+    bool isSmall(scene::SceneManager& manager) const;
     void checkTree(scene::SceneManager& manager) const;
     void checkWorldMatrix(const scene::Node& node) const;
 

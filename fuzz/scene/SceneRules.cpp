@@ -52,6 +52,12 @@ std::size_t countPlaces(const Node& top) {
     return countPlaces(top, known);
 }
 
+bool SceneFuzzer::isSmall(scene::SceneManager& manager) const {
+    return countPlaces(*manager.getRoot()) <= mostPlaces;
+}
+
+void SceneFuzzer::checkNow() { checkTree(*scene()); }
+
 void SceneFuzzer::checkTree(scene::SceneManager& manager) const {
     std::vector<boost::shared_ptr<Node>> walked;
     list(manager.getRoot(), walked);
