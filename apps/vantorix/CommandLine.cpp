@@ -12,6 +12,7 @@
 
 #include "apps/vantorix/CommonOptions.h"
 #include "apps/vantorix/Console.h"
+#include "apps/vantorix/CheckCommand.h"
 #include "apps/vantorix/DiffCommand.h"
 #include "apps/vantorix/DumpCommand.h"
 #include "apps/vantorix/EventsCommand.h"
@@ -36,6 +37,7 @@ using Commands = std::vector<std::unique_ptr<Command>>;
 Commands makeCommands() {
     Commands commands;
     commands.push_back(std::make_unique<InfoCommand>());
+    commands.push_back(std::make_unique<CheckCommand>());
     commands.push_back(std::make_unique<RenderCommand>());
     commands.push_back(std::make_unique<EventsCommand>());
     commands.push_back(std::make_unique<JournalCommand>());

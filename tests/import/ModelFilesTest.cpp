@@ -258,13 +258,34 @@ TEST_F(ModelFiles, TheSampleFigureComesWithItsMovement) {
     }
 }
 
-TEST_F(ModelFiles, AnimationsAreLimitedBeforeTheyAreCopied) {
-    ImportOptions options;
-    options.limits.keys = 1000;
-    const auto result =
-        ModelImporter(options).importFile(VANTORIX_SAMPLES "/figure.dae", scene.manager);
-    EXPECT_EQ(result.status, ImportResult::LIMIT_MET);
-    EXPECT_EQ(result.limit.name, "animation keys");
+/// Each budget alone, so small that the sample meets it: what is over is counted, not copied.
+TEST_F(ModelFiles, EveryBudgetIsNamedWithWhatWasMetAndWhatIsAllowed) {
+    using Budget = std::uint64_t ImportLimits::*;
+    const std::tuple<Budget, std::uint64_t, const char*> budgets[] = {
+        {&ImportLimits::fileBytes, 1000, "763505 bytes"},
+        {&ImportLimits::answerBytes, 1000, "[0-9]+ bytes when read"},
+        {&ImportLimits::nodes, 4, "6 nodes"},
+        {&ImportLimits::depth, 3, "4 levels of nodes"},
+        {&ImportLimits::vertices, 100, "22836 vertices"},
+        {&ImportLimits::faces, 100, "7612 faces"},
+        {&ImportLimits::corners, 100, "22836 corners of faces"},
+        {&ImportLimits::influences, 100, "42500 influences of bones"},
+        {&ImportLimits::keys, 1000, "2499 animation keys"},
+        {&ImportLimits::items, 2, "6 materials"},
+    };
+    for (const auto& [budget, allowed, met] : budgets) {
+        ImportOptions options;
+        options.limits.*budget = allowed;
+        const auto result =
+            ModelImporter(options).importFile(VANTORIX_SAMPLES "/figure.dae", scene.manager);
+        EXPECT_EQ(result.status, ImportResult::LIMIT_MET);
+        EXPECT_THAT(result.reason,
+                    testing::MatchesRegex(".*/figure.dae: has " + std::string(met) + ", " +
+                                          std::to_string(allowed) + " are allowed"));
+        EXPECT_EQ(result.limit.allowed, static_cast<double>(allowed));
+        EXPECT_GT(result.limit.met, result.limit.allowed);
+    }
+    EXPECT_TRUE(scene->getNodeArray().empty());
 }
 
 TEST_F(ModelFiles, SomeModelsOfTheTestPackage) {
