@@ -60,13 +60,14 @@ void DeliveryGate::removeRegistry(const ListenerRegistry& registry) {
     places_.erase(std::remove_if(places_.begin(), places_.end(), isIt), places_.end());
 }
 
-std::vector<boost::shared_ptr<ListenerRegistry>> DeliveryGate::registries() const {
+boost::shared_ptr<ListenerRegistry> DeliveryGate::takeRegistry() {
     const Lock lock(mutex_);
-    std::vector<boost::shared_ptr<ListenerRegistry>> alive;
-    for (const auto& place : places_) {
-        if (auto registry = place.registry.lock()) alive.push_back(std::move(registry));
+    while (!places_.empty()) {
+        const auto registry = places_.back().registry.lock();
+        places_.pop_back();
+        if (registry) return registry;
     }
-    return alive;
+    return nullptr;
 }
 
 unsigned int DeliveryGate::ownVisits() const {

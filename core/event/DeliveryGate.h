@@ -52,7 +52,8 @@ public:
     /// @{
     void addRegistry(const boost::shared_ptr<ListenerRegistry>& registry);
     void removeRegistry(const ListenerRegistry& registry);
-    std::vector<boost::shared_ptr<ListenerRegistry>> registries() const;
+    /// Takes one off the list; empty when there is none. Needs no memory.
+    boost::shared_ptr<ListenerRegistry> takeRegistry();
     /// @}
 
 private:
@@ -67,7 +68,7 @@ private:
     unsigned int ownVisits() const;
 
     std::atomic<unsigned int> state_{0};  // Twice the number of visits, plus the closed bit.
-    mutable boost::mutex mutex_;
+    boost::mutex mutex_;
     std::vector<Place> places_;
 };
 

@@ -45,19 +45,33 @@ void EventBase::setEventManager(boost::shared_ptr<EventManager> eventManager) {
     previous = handlers().replaceManager(eventManager);
     if (previous) previous->unregisterFromAll(this);
     if (!eventManager) return;
-    for (const auto& type : handlers().getTypes()) eventManager->registerListener(type, this);
+    try {
+        for (const auto& type : handlers().getTypes()) eventManager->registerListener(type, this);
+    } catch (...) {
+        // All or nothing: the caller may give this manager, or another one, again.
+        eventManager->unregisterFromAll(this);
+        current_.store(nullptr, std::memory_order_release);
+        handlers().replaceManager(nullptr);
+        throw;
+    }
 }
 
 void EventBase::registerToListen(EventType type) {
     const RegistrationLock lock(handlers().registrationMutex());
     const auto manager = handlers().getManager();
-    if (handlers().addType(type) && manager) manager->registerListener(type, this);
+    if (!handlers().addType(type) || !manager) return;
+    try {
+        manager->registerListener(type, this);
+    } catch (...) {
+        handlers().dropLastType();
+        throw;
+    }
 }
 
 void EventBase::registerHandler(EventType type, boost::function<void(Event)> handler) {
     if (!handler) return;
+    registerToListen(type);  // First: what fails may be tried again without a second handler.
     handlers().addHandler(type, std::move(handler));
-    registerToListen(std::move(type));
 }
 
 void EventBase::triggerEvent(std::string type, std::string data) {

@@ -46,9 +46,15 @@ bool EventHandlers::addType(const EventType& type) {
     const Lock lock(mutex_);
     auto& handlers = findOrAdd(type);
     if (handlers.listened) return false;
-    handlers.listened = true;
     types_.push_back(type);
+    handlers.listened = true;
     return true;
+}
+
+void EventHandlers::dropLastType() {
+    const Lock lock(mutex_);
+    find(types_.back())->listened = false;
+    types_.pop_back();
 }
 
 std::vector<EventType> EventHandlers::getTypes() const {

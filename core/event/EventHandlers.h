@@ -35,6 +35,8 @@ public:
 
     /// Returns false when the type was listened to already.
     bool addType(const EventType& type);
+    /// Takes back what addType() has just added under the registration mutex.
+    void dropLastType();
 
     /// The types that are listened to, in the order in which they were added.
     std::vector<EventType> getTypes() const;

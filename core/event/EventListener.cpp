@@ -17,7 +17,7 @@ EventListener::~EventListener() { endDeliveries(); }
 
 void EventListener::endDeliveries() {
     gate_->close();
-    for (const auto& registry : gate_->registries()) registry->removeAll(*gate_);
+    while (const auto registry = gate_->takeRegistry()) registry->removeAll(*gate_);
 }
 
 }  // namespace vantorix::core::event

@@ -1,5 +1,6 @@
 #include "core/event/ListenerRegistry.h"
 
+#include <new>
 #include <typeinfo>
 #include <utility>
 
@@ -18,11 +19,12 @@ using Lock = boost::lock_guard<SpinLock>;
 using Row = ListenerRegistry::Row;
 using RowPtr = ListenerRegistry::RowPtr;
 
-RowPtr withoutEmptyPlaces(const Row& row) {
+/// The registrations that have not ended.
+RowPtr closedUp(const Row& row) {
     RowPtr result(new Row);
     result->registrations.reserve(row.used + 1);
     for (const auto& registration : row.registrations) {
-        if (!registration) continue;
+        if (!registration || registration->ended.load(std::memory_order_relaxed)) continue;
         registration->position = result->registrations.size();
         result->registrations.push_back(registration);
     }
@@ -32,7 +34,7 @@ RowPtr withoutEmptyPlaces(const Row& row) {
 
 /// A row that may be changed: a dispatch keeps the old one.
 Row& changeable(RowPtr& row) {
-    if (row->use_count() > 1) row = withoutEmptyPlaces(*row);
+    if (row->use_count() > 1) row = closedUp(*row);
     return *row;
 }
 
@@ -67,12 +69,31 @@ void ListenerRegistry::close() {
 
 bool ListenerRegistry::add(const EventType& type, EventListener& listener) {
     const Lock lock(lock_);
-    auto& registrations = byGate_[listener.gate_.get()];
+    auto& gate = *listener.gate_;
+    const auto known = byGate_.try_emplace(&gate).first;
+    try {
+        return addTo(known->second, type, listener);
+    } catch (...) {
+        if (known->second.empty()) {
+            gate.removeRegistry(*this);
+            byGate_.erase(known);
+        }
+        throw;
+    }
+}
+
+bool ListenerRegistry::addTo(Registrations& registrations, const EventType& type,
+                             EventListener& listener) {
+    if (registrations.count(type) > 0) return false;
+    const RegistrationPtr registration(new Registration(listener));
     if (registrations.empty()) listener.gate_->addRegistry(shared_from_this());
-    auto& registration = registrations[type];
-    if (registration) return false;
-    registration = new Registration(listener);
-    append(type, registration);
+    const auto added = registrations.emplace(type, registration).first;
+    try {
+        append(type, registration);
+    } catch (...) {
+        registrations.erase(added);
+        throw;
+    }
     return true;
 }
 
@@ -145,12 +166,17 @@ std::atomic<unsigned int>& ListenerRegistry::heardBy(const EventType& type) {
 }
 
 void ListenerRegistry::append(const EventType& type, const RegistrationPtr& registration) {
-    auto& row = rows_[type];
-    if (!row) row = new Row;
-    auto& current = changeable(row);
-    registration->position = current.registrations.size();
-    current.registrations.push_back(registration);
-    ++current.used;
+    const auto found = rows_.try_emplace(type).first;
+    try {
+        if (!found->second) found->second = new Row;
+        auto& row = changeable(found->second);
+        registration->position = row.registrations.size();
+        row.registrations.push_back(registration);
+        ++row.used;
+    } catch (...) {
+        if (!found->second || found->second->used == 0) rows_.erase(found);
+        throw;
+    }
     heardBy(type).fetch_add(1, std::memory_order_release);
 }
 
@@ -158,12 +184,21 @@ void ListenerRegistry::end(const EventType& type, Registration& registration) {
     registration.ended.store(true, std::memory_order_release);
     heardBy(type).fetch_sub(1, std::memory_order_release);
     const auto found = rows_.find(type);
-    auto& row = changeable(found->second);
-    row.registrations[registration.position].reset();
+    auto& row = *found->second;
     if (--row.used == 0) {
         rows_.erase(found);
-    } else if (row.used < row.registrations.size() / 2) {
-        found->second = withoutEmptyPlaces(row);
+        return;
+    }
+    const bool isDispatched = row.use_count() > 1;
+    if (!isDispatched) row.registrations[registration.position].reset();
+    if (isDispatched || row.used < row.registrations.size() / 2) closeUp(found->second);
+}
+
+void ListenerRegistry::closeUp(RowPtr& row) {
+    try {
+        row = closedUp(*row);
+    } catch (const std::bad_alloc&) {
+        // What has ended is passed over where it stands: listeners can go without memory.
     }
 }
 

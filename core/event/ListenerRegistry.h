@@ -37,8 +37,8 @@ public:
     using RegistrationPtr = boost::intrusive_ptr<Registration>;
 
     struct Row : boost::intrusive_ref_counter<Row> {
-        std::vector<RegistrationPtr> registrations;  // Empty places are left by removals.
-        std::size_t used = 0;
+        std::vector<RegistrationPtr> registrations;  // Removals leave empty or ended ones.
+        std::size_t used = 0;                        // Those that have not ended.
     };
     using RowPtr = boost::intrusive_ptr<Row>;
 
@@ -67,8 +67,10 @@ private:
 
     boost::intrusive_ptr<const Row> rowOf(const EventType& type) const;
     std::atomic<unsigned int>& heardBy(const EventType& type);
+    bool addTo(Registrations& registrations, const EventType& type, EventListener& listener);
     void append(const EventType& type, const RegistrationPtr& registration);
     void end(const EventType& type, Registration& registration);
+    static void closeUp(RowPtr& row);
 
     mutable SpinLock lock_;
     Rows rows_;

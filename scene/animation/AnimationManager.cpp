@@ -82,6 +82,7 @@ void AnimationManager::attach(boost::shared_ptr<SceneManager> sceneManager) {
 void AnimationManager::setAnimation(boost::shared_ptr<Animation> animation) {
     clock_->reset();
     targeted_.clear();
+    targetedNodes_.clear();
     frameTimes_.clear();
     animation_.swap(animation);
     if (animation_) {
@@ -110,7 +111,9 @@ void AnimationManager::targetChannels(Animation& animation, SceneManager& scene)
     for (const auto& channel : animation.channels_) {
         const auto node = scene.getNodeByID(channel.target.nodeID);
         if (!node) continue;
-        auto& sids = targeted_[node];
+        const auto [entry, isNew] = targeted_.try_emplace(node);
+        if (isNew) targetedNodes_.push_back(node);
+        auto& sids = entry->second;
         if (!contains(sids, channel.target.sid)) sids.push_back(channel.target.sid);
     }
 }

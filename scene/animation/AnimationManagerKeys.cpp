@@ -66,8 +66,7 @@ void AnimationManager::insertKeyframe(float time) {
 }
 
 std::vector<boost::shared_ptr<Node>> AnimationManager::nodesToRecord() const {
-    std::vector<boost::shared_ptr<Node>> nodes;
-    for (const auto& entry : targeted_) nodes.push_back(entry.first);
+    auto nodes = targetedNodes_;
     const auto scene = sceneManager_.lock();
     const auto camera = scene ? scene->getCameraInstanceAt(0) : nullptr;
     const auto cameraNode = camera ? camera->getParentNode() : nullptr;

@@ -34,8 +34,8 @@ void RefinedInfluences::append() {
 }
 
 void RefinedInfluences::storeIn(Skin& skin) {
+    skin.setVCount(std::move(vCount_));  // First: it alone needs memory.
     skin.replaceVertexWeightsStream("WEIGHT", weightStream_);
-    skin.setVCount(std::move(vCount_));
     skin.setV(std::move(v_));
 }
 

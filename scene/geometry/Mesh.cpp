@@ -131,9 +131,9 @@ void Mesh::clearVertices() { vertices_.clear(); }
 void Mesh::addPrimitive(boost::shared_ptr<IMeshPrimitive> primitive) {
     if (!primitive) return;
     auto* const base = dynamic_cast<MeshPrimitiveBase*>(primitive.get());
+    primitives_.push_back(std::move(primitive));
     // Released last: the primitive may have been the only one to keep this mesh alive.
     const auto kept = base ? base->releaseMesh(*this) : boost::shared_ptr<Mesh>();
-    primitives_.push_back(std::move(primitive));
 }
 
 const std::vector<boost::shared_ptr<IMeshPrimitive>>& Mesh::getMeshPrimitives() const {

@@ -24,9 +24,17 @@ void TriangleMeshPrimitive::subDivide(boost::shared_ptr<Controller> controller) 
     split.run(influences ? &*influences : nullptr, vertexIndices());
     auto mappings = split.makeMappings(mesh->getVerticesID());
 
-    // Everything is prepared: only now do skin, mesh and records change.
-    if (skin) influences->storeIn(*skin);
-    split.storeStreams(*mesh);
+    // Everything is prepared: only now do mesh, skin and records change, all of them or none.
+    const auto formerStreams = mesh->getStreams();
+    const auto formerVertices = mesh->getVertices();
+    try {
+        split.storeStreams(*mesh);
+        if (skin) influences->storeIn(*skin);
+    } catch (...) {
+        mesh->setStreams(formerStreams);  // Their room is still there.
+        mesh->setVertices(formerVertices);
+        throw;
+    }
     streamMappings_.swap(mappings);
     indexStream_.swap(split.indices());
 }

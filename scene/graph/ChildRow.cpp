@@ -46,15 +46,6 @@ boost::shared_ptr<Node> ChildRow::take(std::size_t slot) {
     return child;
 }
 
-void ChildRow::moveTo(std::vector<boost::shared_ptr<Node>>& target) {
-    for (auto& slot : slots_) {
-        if (slot.child) target.push_back(std::move(slot.child));
-    }
-    slots_.clear();
-    head_ = 0;
-    live_ = 0;
-}
-
 const boost::shared_ptr<Node>& ChildRow::at(std::size_t index) {
     if (slots_.size() - head_ != live_) close();
     return slots_[head_ + index].child;

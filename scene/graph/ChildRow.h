@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 #include <boost/smart_ptr/shared_ptr.hpp>
@@ -34,8 +35,8 @@ public:
     /// Empties @p slot and returns what it held.
     boost::shared_ptr<Node> take(std::size_t slot);
 
-    /// Appends all children to @p target, in order, and leaves the row empty.
-    void moveTo(std::vector<boost::shared_ptr<Node>>& target);
+    /// A row that waits behind this one, where rows are queued for their release.
+    std::unique_ptr<ChildRow> next;
 
     std::size_t size() const { return live_; }
 

@@ -16,8 +16,14 @@ LayerManager::~LayerManager() = default;
 
 int LayerManager::addLayer(std::string name) {
     const auto added = layers_.emplace(std::move(name), nextLayerID_);
-    if (added.second) names_.emplace(nextLayerID_++, added.first->first);
-    return added.first->second;
+    if (!added.second) return added.first->second;
+    try {
+        names_.emplace(nextLayerID_, added.first->first);
+    } catch (...) {
+        layers_.erase(added.first);
+        throw;
+    }
+    return nextLayerID_++;
 }
 
 int LayerManager::getLayerID(std::string name) { return addLayer(std::move(name)); }

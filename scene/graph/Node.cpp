@@ -105,26 +105,29 @@ boost::shared_ptr<Node> Node::getChildNode(unsigned int index) const {
     return children_->at(index);
 }
 
-// A deep tree is taken down in the outermost destructor's loop, not in as many nested calls.
+// A deep tree is taken down in the outermost destructor's loop, not in as many nested calls. The
+// rows themselves make the queue, since a destructor cannot ask for memory.
 void Node::releaseChildren() {
-    static thread_local std::vector<boost::shared_ptr<Node>>* waiting = nullptr;
+    static thread_local std::unique_ptr<ChildRow>* waiting = nullptr;
     if (!children_) return;
     for (auto slot = children_->nextSlot(0); slot != ChildRow::npos;
          slot = children_->nextSlot(slot + 1)) {
         children_->inSlot(slot)->loseAttachment();
     }
-    if (waiting) return children_->moveTo(*waiting);
-    std::vector<boost::shared_ptr<Node>> queue;
+    if (waiting) {
+        children_->next.swap(*waiting);
+        waiting->swap(children_);
+        return;
+    }
+    auto queue = std::move(children_);
     waiting = &queue;
-    children_->moveTo(queue);
-    while (!queue.empty()) {
-        const auto released = std::move(queue.back());
-        queue.pop_back();
+    while (queue) {
+        const auto released = std::move(queue);
+        queue = std::move(released->next);
     }
     waiting = nullptr;
 }
 
-// A node in no row leaves nothing in the tree that its release, which needs no lock, would touch.
 void Node::loseAttachment() {
     if (--attachments_ > 0) return;
     forgetWorldMatrix();

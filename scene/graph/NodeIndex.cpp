@@ -1,6 +1,7 @@
 #include "scene/graph/NodeIndex.h"
 
 #include <atomic>
+#include <new>
 
 #include "scene/graph/Node.h"
 #include "scene/graph/NodeWalk.h"
@@ -83,25 +84,38 @@ Node* NodeIndex::find(View& view, Node& root, const std::string& text, bool& isO
     return node;
 }
 
-bool NodeIndex::build(View& view, Node& root) {
-    NodeWalk walk(root, NodeWalk::SKIP_REPEATS);
-    for (Node* node = walk.next(); node; node = walk.next()) {
-        if (node->liveScene() != scene_) {
-            drop();
-            return false;
-        }
-        node->indexGeneration_ = generation_;
-        view.table.insert(node);
+template <class Change>
+bool NodeIndex::changeOrDrop(Change change) {
+    try {
+        if (change()) return true;
+    } catch (const std::bad_alloc&) {
+        // The tree has changed already; without the index it is searched.
     }
-    view.built = true;
-    return true;
+    drop();
+    return false;
+}
+
+bool NodeIndex::build(View& view, Node& root) {
+    view.built = changeOrDrop([&] {
+        NodeWalk walk(root, NodeWalk::SKIP_REPEATS);
+        for (Node* node = walk.next(); node; node = walk.next()) {
+            if (node->liveScene() != scene_) return false;
+            node->indexGeneration_ = generation_;
+            view.table.insert(node);
+        }
+        return true;
+    });
+    return view.built;
 }
 
 void NodeIndex::attached(Node& child) {
-    NodeWalk walk(child, NodeWalk::SKIP_REPEATS);
-    for (Node* node = walk.next(); node; node = walk.next()) {
-        if (!list(*node)) return drop();
-    }
+    changeOrDrop([&] {
+        NodeWalk walk(child, NodeWalk::SKIP_REPEATS);
+        for (Node* node = walk.next(); node; node = walk.next()) {
+            if (!list(*node)) return false;
+        }
+        return true;
+    });
 }
 
 // A node that already hangs elsewhere in the tree may now come earlier than its namesakes.
@@ -117,13 +131,16 @@ bool NodeIndex::list(Node& node) {
 void NodeIndex::detached(Node& child) {
     if (child.attachments_ > 0) return drop();  // It may still hang elsewhere in the tree.
     ++revision_;
-    NodeWalk walk(child, NodeWalk::SKIP_REPEATS);
-    for (Node* node = walk.next(); node; node = walk.next()) {
-        if (node->attachments_ > 1) return drop();
-        if (ids_.built) ids_.table.erase(node);
-        if (names_.built) names_.table.erase(node);
-        node->indexGeneration_ = 0;
-    }
+    changeOrDrop([&] {
+        NodeWalk walk(child, NodeWalk::SKIP_REPEATS);
+        for (Node* node = walk.next(); node; node = walk.next()) {
+            if (node->attachments_ > 1) return false;
+            if (ids_.built) ids_.table.erase(node);
+            if (names_.built) names_.table.erase(node);
+            node->indexGeneration_ = 0;
+        }
+        return true;
+    });
 }
 
 void NodeIndex::beforeRename(Node& node, bool isID) {
@@ -132,7 +149,11 @@ void NodeIndex::beforeRename(Node& node, bool isID) {
 }
 
 void NodeIndex::afterRename(Node& node, bool isID) {
-    if (viewOf(isID).built) viewOf(isID).table.insert(&node);
+    if (!viewOf(isID).built) return;
+    changeOrDrop([&] {
+        viewOf(isID).table.insert(&node);
+        return true;
+    });
 }
 
 void NodeIndex::drop() {

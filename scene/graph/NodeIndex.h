@@ -65,6 +65,9 @@ private:
     };
 
     Node* find(View& view, Node& root, const std::string& text, bool& isOnly);
+    /// Makes a change of the tables. Where it gives up, or memory ends, the index goes.
+    template <class Change>
+    bool changeOrDrop(Change change);
     bool build(View& view, Node& root);
     using Wanted = boost::unordered_map<std::string, std::size_t>;
     void searchIDs(Node& root, Wanted& wanted, std::vector<Node*>& nodes);

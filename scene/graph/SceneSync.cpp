@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <new>
 #include <utility>
 
 #include <boost/date_time/posix_time/posix_time_types.hpp>
@@ -79,7 +80,12 @@ void SceneSync::abandon() {
 void SceneSync::cycle() {
     if (!lockBoth()) return;
     const auto now = readClock();
-    const bool changed = updateControllers(now - lastTime_);
+    bool changed = false;
+    try {
+        changed = updateControllers(now - lastTime_);
+    } catch (const std::bad_alloc&) {
+        // No memory for the copy of their list: the next cycle asks them.
+    }
     unlockBoth();
     if (changed) announceChange();  // With no lock held: its handlers may call lockScene().
     lastTime_ = now;
@@ -125,11 +131,20 @@ bool SceneSync::updateOne(ISceneController& controller, boost::posix_time::time_
     try {
         return controller.update(elapsed);
     } catch (const std::exception& failure) {
-        logger_ << std::string("[ERROR] A scene controller failed: ") + failure.what();
+        logFailure("A scene controller", failure.what());
     } catch (...) {
-        logger_ << "[ERROR] A scene controller failed.";
+        logFailure("A scene controller", nullptr);
     }
     return false;
+}
+
+// The thread goes on, also where there is no memory for the line.
+void SceneSync::logFailure(const char* who, const char* reason) {
+    try {
+        const auto line = std::string("[ERROR] ") + who + " failed";
+        logger_ << (reason ? line + ": " + reason : line + ".");
+    } catch (const std::bad_alloc&) {
+    }
 }
 
 bool SceneSync::isRegistered(const boost::shared_ptr<ISceneController>& controller) const {
@@ -147,9 +162,9 @@ void SceneSync::announceChange() {
         manager->triggerEvent(
             core::event::Event(events::syncScene, core::event::EventData(std::string())));
     } catch (const std::exception& failure) {
-        logger_ << std::string("[ERROR] A handler of SyncScene failed: ") + failure.what();
+        logFailure("A handler of SyncScene", failure.what());
     } catch (...) {
-        logger_ << "[ERROR] A handler of SyncScene failed.";
+        logFailure("A handler of SyncScene", nullptr);
     }
 }
 
@@ -201,6 +216,7 @@ boost::unique_lock<boost::recursive_mutex> SceneSync::lockManagers() {
 
 void SceneSync::setEventManager(boost::shared_ptr<core::event::EventManager> eventManager) {
     const boost::lock_guard<boost::mutex> guard(stateMutex_);
+    retired_.reserve(retired_.size() + 1);
     eventManager_.swap(eventManager);
     if (eventManager) retired_.push_back(std::move(eventManager));
     anyRetired_ = !retired_.empty();

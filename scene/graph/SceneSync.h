@@ -79,6 +79,7 @@ private:
     bool updateControllers(boost::posix_time::time_duration elapsed);
     bool updateOne(ISceneController& controller, boost::posix_time::time_duration elapsed);
     bool isRegistered(const boost::shared_ptr<ISceneController>& controller) const;
+    void logFailure(const char* who, const char* reason);
     void announceChange();
     void sleep();
     bool isSyncThread() const { return threadID_ == boost::this_thread::get_id(); }

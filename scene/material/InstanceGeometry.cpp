@@ -48,8 +48,10 @@ std::string InstanceGeometry::toString() const {
 }
 
 void InstanceGeometry::assembleMaterialsList() {
-    materialList_.clear();
-    for (const auto& binding : materialMap_) materialList_.push_back(binding.second);
+    std::vector<boost::shared_ptr<Material>> materials;
+    materials.reserve(materialMap_.size());
+    for (const auto& binding : materialMap_) materials.push_back(binding.second);
+    materialList_.swap(materials);
 }
 
 }  // namespace vantorix::scene

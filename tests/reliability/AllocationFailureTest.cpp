@@ -1,0 +1,116 @@
+// Lets the memory end at one allocation after the other during the scripted operations. The calls
+// may fail with std::bad_alloc; the scene must agree with itself and be usable afterwards.
+
+#include <new>
+
+#include <boost/make_shared.hpp>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "core_api/event/EventBase.h"
+#include "core_api/event/EventManager.h"
+#include "core_api/logger/Logger.h"
+
+#include "scene/graph/SceneManager.h"
+#include "tests/reliability/FailingAllocation.h"
+#include "tests/reliability/SceneCheck.h"
+#include "tests/reliability/ScriptedScene.h"
+
+namespace vantorix::test {
+namespace {
+
+/// Calls @p action, in which allocation number @p number fails if there are as many.
+/// @returns whether it came to that.
+template <class Action>
+bool failAt(long number, Action action) {
+    failAllocation(number);
+    try {
+        action();
+    } catch (const std::bad_alloc&) {
+        EXPECT_TRUE(hasAllocationFailed());
+    }
+    return endFailing();
+}
+
+/// All of the first allocations, later ones at growing distances.
+long nextNumber(long number) { return number + 1 + number / 40; }
+
+/// A scene that somebody listens to, taken through the script up to a step.
+struct HeardScene {
+    explicit HeardScene(std::size_t steps) {
+        listener.registerHandler(core::event::EventType("NodeTransformationUpdate"),
+                                 [this](const core::event::Event&) { ++heard; });
+        for (std::size_t i = 0; i < steps; ++i) ScriptedScene::script()[i].run(scripted);
+    }
+
+    boost::shared_ptr<core::event::EventManager> events =
+        boost::make_shared<core::event::EventManager>();
+    int heard = 0;
+    core::event::EventBase listener{events};
+    ScriptedScene scripted{events, nullptr};
+};
+
+void expectWhole(const boost::shared_ptr<scene::SceneManager>& scene) {
+    EXPECT_THAT(findTreeFaults(*scene), testing::IsEmpty());
+    EXPECT_THAT(findLibraryFaults(*scene), testing::IsEmpty());
+    EXPECT_THAT(findUseFaults(scene), testing::IsEmpty());
+}
+
+struct AllocationFailure : testing::TestWithParam<std::size_t> {
+    void SetUp() override { core::logger::Logger::active = false; }
+    void TearDown() override { core::logger::Logger::active = true; }
+};
+
+TEST_P(AllocationFailure, LeavesTheSceneWholeAndTheStepMayBeRepeated) {
+    const auto& step = ScriptedScene::script()[GetParam()];
+    for (long number = 1;; number = nextNumber(number)) {
+        SCOPED_TRACE("allocation " + std::to_string(number));
+        HeardScene built(GetParam());
+        auto& scripted = built.scripted;
+        const bool failed = failAt(number, [&] { step.run(scripted); });
+        if (!failed) return;
+        expectWhole(scripted.scene);
+        expectWhole(scripted.other);
+        step.run(scripted);
+        expectWhole(scripted.scene);
+        if (HasFailure()) return;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(All, AllocationFailure,
+                         testing::Range(std::size_t{0}, ScriptedScene::script().size()),
+                         [](const auto& tested) {
+                             return ScriptedScene::script()[tested.param].name;
+                         });
+
+TEST(AllocationFailureAlone, OfAScenesConstructionLeavesNothingBehind) {
+    const auto events = boost::make_shared<core::event::EventManager>();
+    for (long number = 1;; number = nextNumber(number)) {
+        boost::shared_ptr<scene::SceneManager> scene;
+        const bool failed =
+            failAt(number, [&] { scene = boost::make_shared<scene::SceneManager>(events); });
+        EXPECT_EQ(!failed, scene != nullptr);
+        scene.reset();
+        EXPECT_THAT(events->getListenedTypes(), testing::IsEmpty());
+        if (!failed || HasFailure()) return;
+    }
+}
+
+TEST(AllocationFailureAlone, NeverKeepsAnythingFromBeingReleased) {
+    for (long number = 1; number < 40; ++number) {
+        auto built = std::make_unique<HeardScene>(ScriptedScene::script().size());
+        const boost::weak_ptr<scene::SceneManager> watched = built->scripted.scene;
+        failAt(number,
+               [&] { built->listener.registerToListen(core::event::EventType("Another")); });
+        failAt(number, [&] { built->scripted.scene->setEventManager(nullptr); });
+        failAllocation(number);
+        built->scripted.other.reset();
+        built->scripted.scene.reset();
+        built.reset();
+        endFailing();
+        EXPECT_TRUE(watched.expired());
+    }
+}
+
+}  // namespace
+}  // namespace vantorix::test

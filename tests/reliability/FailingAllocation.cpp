@@ -1,0 +1,52 @@
+#include "tests/reliability/FailingAllocation.h"
+
+#include <cstddef>
+#include <cstdlib>
+#include <new>
+
+namespace {
+
+/// Allocations of this thread until one fails; 0 while none is to.
+thread_local long untilFailure = 0;
+thread_local bool hasFailed = false;
+
+void* allocate(std::size_t size, std::size_t alignment) {
+    if (untilFailure > 0 && --untilFailure == 0) {
+        hasFailed = true;
+        throw std::bad_alloc();
+    }
+    const std::size_t rounded = (size + alignment - 1) / alignment * alignment;
+    void* const memory = std::aligned_alloc(alignment, rounded > 0 ? rounded : alignment);
+    if (!memory) throw std::bad_alloc();
+    return memory;
+}
+
+}  // namespace
+
+void* operator new(std::size_t size) { return allocate(size, alignof(std::max_align_t)); }
+void* operator new[](std::size_t size) { return allocate(size, alignof(std::max_align_t)); }
+void* operator new(std::size_t size, std::align_val_t alignment) {
+    return allocate(size, static_cast<std::size_t>(alignment));
+}
+void operator delete(void* memory) noexcept { std::free(memory); }
+void operator delete[](void* memory) noexcept { std::free(memory); }
+void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+void operator delete[](void* memory, std::size_t) noexcept { std::free(memory); }
+void operator delete(void* memory, std::align_val_t) noexcept { std::free(memory); }
+void operator delete(void* memory, std::size_t, std::align_val_t) noexcept { std::free(memory); }
+
+namespace vantorix::test {
+
+void failAllocation(long number) {
+    hasFailed = false;
+    untilFailure = number;
+}
+
+bool hasAllocationFailed() { return hasFailed; }
+
+bool endFailing() {
+    untilFailure = 0;
+    return hasFailed;
+}
+
+}  // namespace vantorix::test
