@@ -128,6 +128,7 @@ void Node::releaseChildren() {
     waiting = nullptr;
 }
 
+// A node in no row leaves nothing in the tree that its release, which needs no lock, would touch.
 void Node::loseAttachment() {
     if (--attachments_ > 0) return;
     forgetWorldMatrix();
