@@ -10,9 +10,9 @@
 
 #include "core_api/logger/Logger.h"
 
+#include "apps/vantorix/CheckCommand.h"
 #include "apps/vantorix/CommonOptions.h"
 #include "apps/vantorix/Console.h"
-#include "apps/vantorix/CheckCommand.h"
 #include "apps/vantorix/DiffCommand.h"
 #include "apps/vantorix/DumpCommand.h"
 #include "apps/vantorix/EventsCommand.h"

@@ -151,7 +151,8 @@ private:
     core::logger::Logger logger_;
     boost::weak_ptr<SceneManager> sceneManager_;
     TargetedTransformations targeted_;
-    /// The keys of the map above in the order in which they were found: theirs is that of addresses.
+    /// The keys of the map above in the order in which they were found: theirs is that of
+    /// addresses.
     std::vector<boost::shared_ptr<Node>> targetedNodes_;
     std::vector<float> frameTimes_;
     boost::shared_ptr<Animation> animation_;
