@@ -235,6 +235,11 @@ TEST_F(SceneCameras, AnXUpSceneTurnsTheCameraTheOtherWay) {
     scene->createNewCamera(Camera::ORTHOGRAPHIC, "eye", "");
     const Eigen::Vector3f up = scene->getNodeByID("eye")->getRotation().block<3, 1>(0, 1);
     EXPECT_TRUE(up.isApprox(Eigen::Vector3f::UnitX()));
+
+    // Any number is a value of the type, as for the other enumerations.
+    scene->setUpAxis(static_cast<scene::UpAxis>(2147483646));
+    scene->createNewCamera(Camera::ORTHOGRAPHIC, "other eye", "");
+    EXPECT_EQ(scene->getNodeByID("other eye")->getRotation(), Eigen::Matrix4f::Identity());
 }
 
 TEST_F(SceneCameras, ALightWithATakenIDIsRefused) {
