@@ -51,6 +51,8 @@ struct Turn {
     }
 };
 
+using Listeners = std::vector<boost::shared_ptr<EventBase>>;
+
 struct Hostility {
     const char* name;
     std::function<void(const Turn&)> act;
@@ -113,7 +115,7 @@ private:
     ScriptedScene& scripted_;
     const Hostility& hostility_;
     std::vector<boost::shared_ptr<EventManager>> managers_;
-    std::vector<boost::shared_ptr<EventBase>> listeners_;
+    Listeners listeners_;
     int depth_ = 0;
     int left_ = 0;
     int turns_ = 0;
@@ -191,12 +193,13 @@ std::vector<Hostility> hostilities() {
              turn.self->setEventManager(manager);
          }},
         {"RegistersOthers",
-         [others =
-              std::make_shared<std::vector<boost::shared_ptr<EventBase>>>()](const Turn& turn) {
+         [others = std::make_shared<Listeners>()](const Turn& turn) {
              if (others->size() > 20) others->erase(others->begin(), others->begin() + 15);
              others->push_back(boost::make_shared<EventBase>(turn.scene().getEventManager()));
-             others->back()->registerHandler(turn.event.getEventType(), [others](const Event&) {
-                 if (others->size() > 1) others->erase(others->begin());
+             const std::weak_ptr<Listeners> watched = others;
+             others->back()->registerHandler(turn.event.getEventType(), [watched](const Event&) {
+                 const auto alive = watched.lock();
+                 if (alive && alive->size() > 1) alive->erase(alive->begin());
              });
          }},
         {"MergesWithinAMerge",
