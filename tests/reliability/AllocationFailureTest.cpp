@@ -1,6 +1,7 @@
 // Lets the memory end at one allocation after the other during the scripted operations. The calls
 // may fail with std::bad_alloc; the scene must agree with itself and be usable afterwards.
 
+#include <algorithm>
 #include <new>
 
 #include <boost/make_shared.hpp>
@@ -11,6 +12,7 @@
 #include "core_api/event/EventManager.h"
 #include "core_api/logger/Logger.h"
 
+#include "scene/graph/Node.h"
 #include "scene/graph/SceneManager.h"
 #include "tests/reliability/FailingAllocation.h"
 #include "tests/reliability/SceneCheck.h"
@@ -32,8 +34,12 @@ bool failAt(long number, Action action) {
     return endFailing();
 }
 
-/// All of the first allocations, later ones at growing distances.
-long nextNumber(long number) { return number + 1 + number / 40; }
+/// All of the first and of the last of @p total allocations, those between at growing distances.
+long nextNumber(long number, long total) {
+    constexpr long last = 80;
+    const long sparse = number + 1 + number / 40;
+    return number < total - last ? std::min(sparse, total - last) : number + 1;
+}
 
 /// A scene that somebody listens to, taken through the script up to a step.
 struct HeardScene {
@@ -63,7 +69,11 @@ struct AllocationFailure : testing::TestWithParam<std::size_t> {
 
 TEST_P(AllocationFailure, LeavesTheSceneWholeAndTheStepMayBeRepeated) {
     const auto& step = ScriptedScene::script()[GetParam()];
-    for (long number = 1;; number = nextNumber(number)) {
+    HeardScene measured(GetParam());
+    failAllocation(0);
+    step.run(measured.scripted);
+    const long total = allocationsSinceThen();
+    for (long number = 1;; number = nextNumber(number, total)) {
         SCOPED_TRACE("allocation " + std::to_string(number));
         HeardScene built(GetParam());
         auto& scripted = built.scripted;
@@ -85,14 +95,41 @@ INSTANTIATE_TEST_SUITE_P(All, AllocationFailure,
 
 TEST(AllocationFailureAlone, OfAScenesConstructionLeavesNothingBehind) {
     const auto events = boost::make_shared<core::event::EventManager>();
-    for (long number = 1;; number = nextNumber(number)) {
+    for (long number = 1;; ++number) {
         boost::shared_ptr<scene::SceneManager> scene;
         const bool failed =
             failAt(number, [&] { scene = boost::make_shared<scene::SceneManager>(events); });
         EXPECT_EQ(!failed, scene != nullptr);
         scene.reset();
         EXPECT_THAT(events->getListenedTypes(), testing::IsEmpty());
-        if (!failed || HasFailure()) return;
+        if (!failed || testing::Test::HasFailure()) return;
+    }
+}
+
+/// Attaches, renames and removes small trees, some with IDs that others have.
+void changeTree(const boost::shared_ptr<scene::SceneManager>& scene) {
+    const auto root = scene->getRoot();
+    for (int i = 0; i < 30; ++i) {
+        std::vector<boost::shared_ptr<scene::Node>> chain(4);
+        for (auto& node : chain) node = boost::make_shared<scene::Node>(scene);
+        for (std::size_t below = 1; below < chain.size(); ++below) {
+            chain[below - 1]->addNode(chain[below]);
+        }
+        root->addNode(chain.front());
+        chain.back()->setID("n" + std::to_string(i % 9));
+        chain.front()->setName("m" + std::to_string(i));
+        if (i % 4 == 3) root->removeChild(root->getChildNode(0));
+    }
+}
+
+TEST(AllocationFailureAlone, ChangesNoLookUpInATreeThatGrows) {
+    for (long number = 1;; ++number) {
+        SCOPED_TRACE("allocation " + std::to_string(number));
+        const auto scene = boost::make_shared<scene::SceneManager>(nullptr);
+        EXPECT_THAT(findTreeFaults(*scene), testing::IsEmpty());  // Builds the index.
+        const bool failed = failAt(number, [&] { changeTree(scene); });
+        expectWhole(scene);
+        if (!failed || testing::Test::HasFailure()) return;
     }
 }
 

@@ -6,12 +6,12 @@
 
 namespace {
 
-/// Allocations of this thread until one fails; 0 while none is to.
-thread_local long untilFailure = 0;
+thread_local long allocations = 0;  // Of this thread.
+thread_local long failing = 0;      // The number of the one that fails, 0 for none.
 thread_local bool hasFailed = false;
 
 void* allocate(std::size_t size, std::size_t alignment) {
-    if (untilFailure > 0 && --untilFailure == 0) {
+    if (++allocations == failing) {
         hasFailed = true;
         throw std::bad_alloc();
     }
@@ -39,13 +39,16 @@ namespace vantorix::test {
 
 void failAllocation(long number) {
     hasFailed = false;
-    untilFailure = number;
+    allocations = 0;
+    failing = number;
 }
+
+long allocationsSinceThen() { return allocations; }
 
 bool hasAllocationFailed() { return hasFailed; }
 
 bool endFailing() {
-    untilFailure = 0;
+    failing = 0;
     return hasFailed;
 }
 

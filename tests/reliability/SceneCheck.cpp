@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <map>
+#include <numeric>
 #include <set>
 
 #include <boost/make_shared.hpp>
@@ -11,6 +12,7 @@
 #include "scene/geometry/GeometryManager.h"
 #include "scene/geometry/Mesh.h"
 #include "scene/geometry/Stream.h"
+#include "scene/graph/LayerManager.h"
 #include "scene/graph/Node.h"
 #include "scene/graph/SceneManager.h"
 #include "scene/material/Material.h"
@@ -107,6 +109,13 @@ void checkSkin(const Skin& skin, Faults& faults) {
             faults.emplace_back("a weight is missing");
         }
     }
+    for (unsigned int vertex = 0; vertex < skin.getVCount().size(); ++vertex) {
+        std::vector<int> joints;
+        std::vector<float> shares;
+        skin.getVertexJointsAndWeights(vertex, joints, shares);
+        const float sum = std::accumulate(shares.begin(), shares.end(), 0.0f);
+        if (std::abs(sum - 1) > 1e-3f) faults.emplace_back("weights of another vertex");
+    }
     const auto mesh = boost::dynamic_pointer_cast<Mesh>(skin.getSourceGeometry());
     for (const auto& mapping : mesh ? mesh->getVertices() : std::vector<StreamMapping>()) {
         const auto vertices = static_cast<std::size_t>(mapping.stream->count);
@@ -166,6 +175,10 @@ Faults findUseFaults(const boost::shared_ptr<SceneManager>& scene) {
     node->setID("moved probe");
     node->addTranslation(1, 2, 3);
     if (scene->getNodeByID("probe")) return {"a renamed node keeps its ID"};
+    auto& layers = *scene->getLayerManager();
+    for (const char* name : {"props", "limbs"}) {
+        if (layers.getLayerName(layers.getLayerID(name)) != name) return {"a layer lost its name"};
+    }
     scene->removeNode(node);
     if (scene->getNodeByID("moved probe")) return {"a removed node is found"};
     return {};

@@ -259,8 +259,12 @@ void editKeys(ScriptedScene& s) {
 
 void normals(ScriptedScene& s) { s.scene->getGeometryManager()->recalculateVertexNormals("flag"); }
 
+void subdivideWithSkin(ScriptedScene& s) {
+    const auto controller = s.scene->getControllerById("skin");
+    s.scene->getGeometryManager()->subDivideGeometry("cloth", controller);
+}
+
 void subdivide(ScriptedScene& s) {
-    s.scene->getGeometryManager()->subDivideGeometry("cloth", s.scene->getControllerById("skin"));
     s.scene->getGeometryManager()->subDivideGeometry("flag", nullptr);
 }
 
@@ -333,6 +337,7 @@ const std::vector<ScriptedScene::Step>& ScriptedScene::script() {
                                             {"play", play},
                                             {"editKeys", editKeys},
                                             {"normals", normals},
+                                            {"subdivideWithSkin", subdivideWithSkin},
                                             {"subdivide", subdivide},
                                             {"buildOctree", buildOctree},
                                             {"measure", measure},

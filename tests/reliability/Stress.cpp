@@ -66,9 +66,8 @@ public:
         if (random_() % 2 == 0) scripted_.scene->stop();  // While the others still work.
         isOver_ = true;
         threads.join_all();
-        const bool isWhole = findTreeFaults(*scripted_.scene).empty();
-        if (random_() % 2 == 0) scripted_.scene->addSceneController(scripted_.player);
-        return isWhole;
+        const Locked lock(*scripted_.scene);
+        return findTreeFaults(*scripted_.scene).empty();
     }
 
     std::atomic<long> edits{0}, reads{0}, heard{0};
