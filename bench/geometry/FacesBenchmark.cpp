@@ -2,6 +2,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include "bench/TorusGrid.h"
 #include "bench/geometry/TorusMesh.h"
 
 namespace vantorix::bench {
@@ -27,9 +28,17 @@ BENCHMARK(getPrimitives)->Arg(70)->Arg(223)->Arg(707);
 
 /// What one allocation per object costs: the same faces out of plain vertices.
 void makePlainFaces(benchmark::State& state) {
-    const int side = static_cast<int>(state.range(0));
-    for (auto _ : state) benchmark::DoNotOptimize(makeTorusTriangles(side));
-    state.SetItemsProcessed(state.iterations() * 2 * side * side);
+    const TorusGrid grid(static_cast<int>(state.range(0)));
+    double bytes = 0;
+    for (auto _ : state) {
+        const double before = heapBytes();
+        const auto faces = makeTriangles(grid);
+        bytes = heapBytes() - before;
+        if (faces.size() != grid.triangleCount()) state.SkipWithError("wrong number of faces");
+    }
+    const auto count = static_cast<std::int64_t>(grid.triangleCount());
+    state.counters["bytesPerFace"] = bytes / static_cast<double>(count);
+    state.SetItemsProcessed(state.iterations() * count);
 }
 BENCHMARK(makePlainFaces)->Arg(70)->Arg(223)->Arg(707);
 
