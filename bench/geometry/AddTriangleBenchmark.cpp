@@ -1,5 +1,6 @@
 #include <benchmark/benchmark.h>
 
+#include "bench/HeapBytes.h"
 #include "bench/geometry/TorusMesh.h"
 #include "scene/geometry/Stream.h"
 
@@ -10,8 +11,11 @@ namespace {
 void addTriangleDeduplicated(benchmark::State& state) {
     const int side = static_cast<int>(state.range(0));
     const auto triangles = makeTorusTriangles(side);
+    double bytes = 0;
     for (auto _ : state) {
+        const double before = heapBytes();
         const auto torus = addAll(triangles);
+        bytes = heapBytes() - before;
         if (torus.mesh->getStream("position_stream")->count != side * side) {
             state.SkipWithError("wrong number of distinct positions");
             break;
@@ -20,6 +24,7 @@ void addTriangleDeduplicated(benchmark::State& state) {
     const auto corners = static_cast<std::int64_t>(triangles.size() * 3);
     state.SetItemsProcessed(state.iterations() * corners);
     state.SetComplexityN(corners);
+    state.counters["bytesPerTriangle"] = 3 * bytes / static_cast<double>(corners);
 }
 BENCHMARK(addTriangleDeduplicated)->Arg(16)->Arg(70)->Arg(223)->Arg(707)->Complexity();
 

@@ -1,9 +1,9 @@
 #include <algorithm>
 #include <string>
 
+#include <assimp/Importer.hpp>
 #include <assimp/postprocess.h>
 #include <assimp/scene.h>
-#include <assimp/Importer.hpp>
 #include <benchmark/benchmark.h>
 
 #include "bench/TorusGrid.h"

@@ -1,7 +1,7 @@
 #include <cmath>
+#include <irrlicht/irrlicht.h>
 
 #include <benchmark/benchmark.h>
-#include <irrlicht/irrlicht.h>
 
 #include "bench/TorusGrid.h"
 

@@ -1,7 +1,7 @@
+#include <meshoptimizer.h>
 #include <vector>
 
 #include <benchmark/benchmark.h>
-#include <meshoptimizer.h>
 
 #include "bench/TorusGrid.h"
 

@@ -1,7 +1,7 @@
-#include <vector>
-
 #include <OpenMesh/Core/Mesh/TriMesh_ArrayKernelT.hh>
 #include <OpenMesh/Tools/Subdivider/Uniform/LoopT.hh>
+#include <vector>
+
 #include <benchmark/benchmark.h>
 
 #include "bench/TorusGrid.h"
@@ -15,8 +15,8 @@ HalfEdgeMesh makeMesh(const TorusGrid& grid) {
     HalfEdgeMesh mesh;
     std::vector<HalfEdgeMesh::VertexHandle> points;
     for (std::size_t i = 0; i < grid.positions.size(); i += 3) {
-        points.push_back(mesh.add_vertex(
-            {grid.positions[i], grid.positions[i + 1], grid.positions[i + 2]}));
+        points.push_back(
+            mesh.add_vertex({grid.positions[i], grid.positions[i + 1], grid.positions[i + 2]}));
     }
     for (std::size_t i = 0; i < grid.indices.size(); i += 3) {
         mesh.add_face(points[grid.indices[i]], points[grid.indices[i + 1]],

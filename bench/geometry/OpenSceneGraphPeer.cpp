@@ -1,10 +1,10 @@
-#include <malloc.h>
 #include <cmath>
-
-#include <benchmark/benchmark.h>
 #include <osg/Geometry>
 #include <osgUtil/SmoothingVisitor>
 
+#include <benchmark/benchmark.h>
+
+#include "bench/HeapBytes.h"
 #include "bench/TorusGrid.h"
 
 namespace vantorix::bench {
@@ -35,25 +35,23 @@ void openSceneGraphNormals(benchmark::State& state) {
 }
 BENCHMARK(openSceneGraphNormals)->Arg(70)->Arg(223)->Arg(707)->Unit(benchmark::kMillisecond);
 
-/// range(0): cells per side of the torus. Heap bytes of a mesh with positions, normals and a texture
-/// set, indexed once for all of them.
+/// range(0): cells per side of the torus. Heap bytes of a mesh with positions, normals and a
+/// texture set, indexed once for all of them.
 void openSceneGraphMemory(benchmark::State& state) {
     const TorusGrid grid(static_cast<int>(state.range(0)));
     double bytes = 0;
     for (auto _ : state) {
-        const auto before = mallinfo2();
+        const double before = heapBytes();
         const auto geometry = makeGeometry(grid);
-        osg::ref_ptr<osg::Vec3Array> normals = new osg::Vec3Array(
-            static_cast<unsigned int>(grid.pointCount()),
-            reinterpret_cast<const osg::Vec3*>(grid.normals.data()));
+        osg::ref_ptr<osg::Vec3Array> normals =
+            new osg::Vec3Array(static_cast<unsigned int>(grid.pointCount()),
+                               reinterpret_cast<const osg::Vec3*>(grid.normals.data()));
         geometry->setNormalArray(normals, osg::Array::BIND_PER_VERTEX);
         geometry->setTexCoordArray(
-            0, new osg::Vec2Array(static_cast<unsigned int>(grid.pointCount()),
-                                  reinterpret_cast<const osg::Vec2*>(
-                                      grid.textureCoordinates.data())));
-        const auto after = mallinfo2();
-        bytes = static_cast<double>(after.uordblks + after.hblkhd) -
-                static_cast<double>(before.uordblks + before.hblkhd);
+            0,
+            new osg::Vec2Array(static_cast<unsigned int>(grid.pointCount()),
+                               reinterpret_cast<const osg::Vec2*>(grid.textureCoordinates.data())));
+        bytes = heapBytes() - before;
     }
     state.counters["bytesPerTriangle"] = bytes / static_cast<double>(grid.triangleCount());
 }

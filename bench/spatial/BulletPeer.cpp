@@ -1,8 +1,8 @@
-#include <vector>
-
 #include <BulletCollision/CollisionShapes/btBvhTriangleMeshShape.h>
 #include <BulletCollision/CollisionShapes/btTriangleIndexVertexArray.h>
 #include <BulletCollision/NarrowPhaseCollision/btRaycastCallback.h>
+#include <vector>
+
 #include <benchmark/benchmark.h>
 
 #include "bench/TorusGrid.h"

@@ -1,9 +1,9 @@
-#include <vector>
-
 #include <CGAL/AABB_traits.h>
 #include <CGAL/AABB_tree.h>
 #include <CGAL/AABB_triangle_primitive.h>
 #include <CGAL/Simple_cartesian.h>
+#include <vector>
+
 #include <benchmark/benchmark.h>
 
 #include "bench/TorusGrid.h"

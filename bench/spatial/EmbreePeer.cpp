@@ -1,8 +1,8 @@
 #include <cstring>
+#include <embree3/rtcore.h>
 #include <limits>
 
 #include <benchmark/benchmark.h>
-#include <embree3/rtcore.h>
 
 #include "bench/TorusGrid.h"
 #include "bench/spatial/RayCases.h"

@@ -4,10 +4,10 @@
 #include <benchmark/benchmark.h>
 #include <boost/make_shared.hpp>
 
-#include "bench/TorusGrid.h"
-#include "bench/spatial/RayCases.h"
 #include "core_api/event/EventManager.h"
 
+#include "bench/TorusGrid.h"
+#include "bench/spatial/RayCases.h"
 #include "scene/geometry/Mesh.h"
 #include "scene/geometry/Stream.h"
 #include "scene/geometry/TriangleMeshPrimitive.h"
@@ -41,8 +41,8 @@ struct TorusScene {
         : manager(
               boost::make_shared<SceneManager>(boost::make_shared<core::event::EventManager>())) {
         manager->stop();
-        manager->getRoot()->addInstanceGeometry(
-            boost::make_shared<InstanceGeometry>(makeTorus(TorusGrid(side)), boost::shared_ptr<Material>()));
+        manager->getRoot()->addInstanceGeometry(boost::make_shared<InstanceGeometry>(
+            makeTorus(TorusGrid(side)), boost::shared_ptr<Material>()));
     }
     boost::shared_ptr<SceneManager> manager;
 };

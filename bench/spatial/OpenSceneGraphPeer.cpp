@@ -1,8 +1,9 @@
-#include <benchmark/benchmark.h>
 #include <osg/Geode>
 #include <osg/Geometry>
 #include <osg/KdTree>
 #include <osgUtil/LineSegmentIntersector>
+
+#include <benchmark/benchmark.h>
 
 #include "bench/TorusGrid.h"
 #include "bench/spatial/RayCases.h"

@@ -15,8 +15,8 @@ std::vector<StraightLine> makeRays() {
         const Eigen::Vector3f to(4 * between(random), 4 * between(random), between(random));
         const Eigen::Vector3f origin = from.normalized() * 10;
         const Eigen::Vector3f direction = to - origin;
-        rays.push_back({{origin.x(), origin.y(), origin.z()},
-                        {direction.x(), direction.y(), direction.z()}});
+        rays.push_back(
+            {{origin.x(), origin.y(), origin.z()}, {direction.x(), direction.y(), direction.z()}});
     }
     return rays;
 }
