@@ -1,9 +1,9 @@
 #include "bench/geometry/TorusMesh.h"
 
-#include <cmath>
-
 #include <boost/make_shared.hpp>
 
+#include "bench/TorusGrid.h"
+#include "scene/geometry/Stream.h"
 #include "scene/geometry/Vertex.h"
 
 namespace vantorix::bench {
@@ -11,53 +11,58 @@ namespace {
 
 using namespace vantorix::scene;
 
-boost::shared_ptr<Vertex> makeCorner(int side, int column, int row) {
-    const float step = 6.2831853f / static_cast<float>(side);
-    const float u = step * static_cast<float>(column % side);
-    const float v = step * static_cast<float>(row % side);
+boost::shared_ptr<Vertex> makeCorner(const TorusGrid& grid, std::size_t point) {
+    const float* const position = &grid.positions[3 * point];
+    const float* const normal = &grid.normals[3 * point];
+    const float* const texture = &grid.textureCoordinates[2 * point];
     const auto corner = boost::make_shared<Vertex>();
-    const float radius = 3 + std::cos(v);
-    corner->setPosition(radius * std::cos(u), radius * std::sin(u), std::sin(v));
-    corner->setNormal(std::cos(v) * std::cos(u), std::cos(v) * std::sin(u), std::sin(v));
-    corner->setTextCoord(0, u, v);
+    corner->setPosition(position[0], position[1], position[2]);
+    corner->setNormal(normal[0], normal[1], normal[2]);
+    corner->setTextCoord(0, texture[0], texture[1]);
     return corner;
 }
 
 }  // namespace
 
-std::vector<boost::shared_ptr<Triangle>> makeTorusTriangles(int side) {
+std::vector<boost::shared_ptr<Triangle>> makeTriangles(const TorusGrid& grid) {
     std::vector<boost::shared_ptr<Triangle>> triangles;
-    for (int cell = 0; cell < side * side; ++cell) {
-        const int column = cell / side;
-        const int row = cell % side;
-        const auto corner = [&](int right, int up) {
-            return makeCorner(side, column + right, row + up);
-        };
-        triangles.push_back(boost::make_shared<Triangle>(corner(0, 0), corner(1, 0), corner(1, 1)));
-        triangles.push_back(boost::make_shared<Triangle>(corner(0, 0), corner(1, 1), corner(0, 1)));
+    triangles.reserve(grid.triangleCount());
+    for (std::size_t i = 0; i < grid.indices.size(); i += 3) {
+        triangles.push_back(boost::make_shared<Triangle>(makeCorner(grid, grid.indices[i]),
+                                                         makeCorner(grid, grid.indices[i + 1]),
+                                                         makeCorner(grid, grid.indices[i + 2])));
     }
     return triangles;
 }
 
-TorusMesh addAll(const std::vector<boost::shared_ptr<Triangle>>& triangles) {
+std::vector<boost::shared_ptr<Triangle>> makeTorusTriangles(int side) {
+    return makeTriangles(TorusGrid(side));
+}
+
+TorusMesh makeEmptyMesh() {
     const auto mesh = boost::make_shared<Mesh>("torus", "");
     const auto primitive =
         boost::make_shared<TriangleMeshPrimitive>(mesh, std::vector<StreamMapping>());
     mesh->addPrimitive(primitive);
-    for (const auto& triangle : triangles) primitive->addTriangle(triangle, true);
     return {mesh, primitive};
 }
 
+TorusMesh addAll(const std::vector<boost::shared_ptr<Triangle>>& triangles) {
+    auto torus = makeEmptyMesh();
+    for (const auto& triangle : triangles) torus.primitive->addTriangle(triangle, true);
+    return torus;
+}
+
 TorusMesh makeBareTorus(int side) {
-    const auto full = addAll(makeTorusTriangles(side));
-    const auto& records = full.primitive->getIndexStream();
-    const auto stride = static_cast<std::size_t>(full.primitive->getIndexStreamStride());
-    std::vector<unsigned int> positions;
-    for (std::size_t i = 0; i < records.size(); i += stride) positions.push_back(records[i]);
+    const TorusGrid grid(side);
+    const auto stream = boost::make_shared<Stream>("position_stream", 3, false);
+    stream->values = grid.positions;
+    stream->count = static_cast<int>(grid.pointCount());
     const auto mesh = boost::make_shared<Mesh>("torus", "");
-    mesh->setVertices(full.mesh->getVertices());
+    mesh->addStream(stream);
+    mesh->addVerticesMapping(StreamMapping(POSITION, stream, 0));
     const std::vector<StreamMapping> mappings = {StreamMapping(VERTEX, {}, 0)};
-    return {mesh, boost::make_shared<TriangleMeshPrimitive>(mesh, mappings, positions)};
+    return {mesh, boost::make_shared<TriangleMeshPrimitive>(mesh, mappings, grid.indices)};
 }
 
 }  // namespace vantorix::bench

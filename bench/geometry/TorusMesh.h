@@ -10,14 +10,20 @@
 
 namespace vantorix::bench {
 
-/// A closed grid of @p side by @p side cells, two triangles each, with positions, normals and one
-/// texture set. Every face has vertices of its own; a position is shared by six of them.
+struct TorusGrid;
+
+/// The triangles of @p grid with positions, normals and one texture set. Every face has vertices of
+/// its own.
+std::vector<boost::shared_ptr<scene::Triangle>> makeTriangles(const TorusGrid& grid);
 std::vector<boost::shared_ptr<scene::Triangle>> makeTorusTriangles(int side);
 
 struct TorusMesh {
     boost::shared_ptr<scene::Mesh> mesh;
     boost::shared_ptr<scene::TriangleMeshPrimitive> primitive;
 };
+
+/// A mesh with one primitive and no faces.
+TorusMesh makeEmptyMesh();
 
 /// The triangles in a new mesh, equal values stored once.
 TorusMesh addAll(const std::vector<boost::shared_ptr<scene::Triangle>>& triangles);

@@ -1,5 +1,3 @@
-#include <cmath>
-#include <random>
 #include <string>
 #include <vector>
 
@@ -9,6 +7,7 @@
 
 #include "core_api/event/EventManager.h"
 
+#include "bench/playback/PlaybackCases.h"
 #include "scene/animation/Animation.h"
 #include "scene/animation/AnimationManager.h"
 #include "scene/animation/Sampler.h"
@@ -25,18 +24,11 @@ namespace {
 using boost::posix_time::milliseconds;
 using core::utils::Vector;
 
-constexpr int keyCount = 100;
-constexpr int millisecondsPerKey = 100;
-/// Before the last key, whose time as a float lies below its whole milliseconds.
-constexpr int lastTime = (keyCount - 1) * millisecondsPerKey - 2;
-constexpr int frameLength = 16;
-
-/// Key k moves by k, turns by k degrees about z, and scales by 1 + k / 100.
 float keyValue(const std::string& sid, int key, int component) {
-    const auto step = static_cast<float>(key);
-    if (sid == "translate") return step;
-    if (sid == "scale") return 1.0f + step / 100.0f;
-    return component == 3 ? step : (component == 2 ? 1.0f : 0.0f);
+    if (sid == "translate") return keyOffset(key);
+    if (sid == "scale") return keyScale(key);
+    if (component == 3) return keyDegrees(key);
+    return component == 2 ? 1.0f : 0.0f;
 }
 
 void addChannel(scene::Animation& animation, const std::string& node, const std::string& sid,
@@ -46,7 +38,7 @@ void addChannel(scene::Animation& animation, const std::string& node, const std:
     const auto names = boost::make_shared<scene::Stream>("names", 1, true);
     times->params.emplace_back("TIME", "float");
     for (int key = 0; key < keyCount; ++key) {
-        times->values.push_back(static_cast<float>(key * millisecondsPerKey) / 1000.0f);
+        times->values.push_back(keyTime(key));
         for (int i = 0; i < stride; ++i) values->values.push_back(keyValue(sid, key, i));
         names->stringValues.emplace_back("LINEAR");
     }
@@ -100,11 +92,8 @@ struct AnimatedScene {
     }
 
     bool isAt(int time) const {
-        const float key = static_cast<float>(time) / static_cast<float>(millisecondsPerKey);
         const auto world = nodes.back()->getCombinedTransformations();
-        const float angle = key * 0.017453292f;
-        return std::abs(world(2, 3) - key) < 1e-3f * (1 + key) &&
-               std::abs(world(1, 0) - std::sin(angle) * (1 + key / 100)) < 1e-3f;
+        return isPoseAt(time, world(2, 3), world(1, 0));
     }
 
     boost::shared_ptr<scene::SceneManager> scene;
@@ -113,33 +102,12 @@ struct AnimatedScene {
     std::vector<boost::shared_ptr<scene::Node>> nodes;
 };
 
-template <class NextTime>
-void play(benchmark::State& state, NextTime nextTime) {
-    AnimatedScene animated(static_cast<int>(state.range(0)));
-    for (auto _ : state) {
-        const int time = nextTime();
-        benchmark::DoNotOptimize(animated.show(time));
-        if (!animated.isAt(time)) {
-            state.SkipWithError("wrong pose");
-            break;
-        }
-    }
-    state.SetItemsProcessed(state.iterations() * state.range(0));
-}
-
-/// range(0): nodes, which are the items. One update and all world matrices, all told about 1 KB of
-/// streams to be read for each channel: beyond some thousand nodes the memory decides.
-void playInSequence(benchmark::State& state) {
-    int time = 1;
-    play(state, [&] { return time = 1 + (time + frameLength) % (lastTime); });
-}
+// All nodes together have about 1 KB of streams to be read for each channel: beyond some thousand
+// nodes the memory decides.
+void playInSequence(benchmark::State& state) { playFrames<AnimatedScene>(state); }
 BENCHMARK(playInSequence)->Arg(100)->Arg(1000)->Arg(10000);
 
-void playAtRandom(benchmark::State& state) {
-    std::mt19937 random(1);
-    std::uniform_int_distribution<int> time(1, lastTime);
-    play(state, [&] { return time(random); });
-}
+void playAtRandom(benchmark::State& state) { playAnyTimes<AnimatedScene>(state); }
 BENCHMARK(playAtRandom)->Arg(100)->Arg(1000)->Arg(10000);
 
 }  // namespace

@@ -1,6 +1,4 @@
-#include <cmath>
 #include <optional>
-#include <random>
 #include <vector>
 
 #include <benchmark/benchmark.h>
@@ -8,6 +6,8 @@
 
 #include "core_api/event/EventManager.h"
 
+#include "bench/TorusGrid.h"
+#include "bench/spatial/RayCases.h"
 #include "scene/geometry/Mesh.h"
 #include "scene/geometry/Stream.h"
 #include "scene/geometry/TriangleMeshPrimitive.h"
@@ -24,33 +24,15 @@ namespace {
 
 using namespace vantorix::scene;
 
-/// A closed torus of side x side cells, two triangles each, in the x-y plane.
-boost::shared_ptr<Mesh> makeTorus(int side) {
-    std::vector<float> values;
-    std::vector<unsigned int> indices;
-    const float step = 6.2831853f / static_cast<float>(side);
-    for (int row = 0; row < side; ++row) {
-        for (int column = 0; column < side; ++column) {
-            const float u = step * static_cast<float>(column);
-            const float v = step * static_cast<float>(row);
-            const float radius = 3 + std::cos(v);
-            values.insert(values.end(), {radius * std::cos(u), radius * std::sin(u), std::sin(v)});
-            const auto at = [&](int right, int up) {
-                return static_cast<unsigned int>((row + up) % side * side +
-                                                 (column + right) % side);
-            };
-            indices.insert(indices.end(),
-                           {at(0, 0), at(1, 0), at(1, 1), at(0, 0), at(1, 1), at(0, 1)});
-        }
-    }
+boost::shared_ptr<Mesh> makeTorus(const TorusGrid& grid) {
     const auto stream = boost::make_shared<Stream>("positions", 3, false);
-    stream->values = values;
-    stream->count = side * side;
+    stream->values = grid.positions;
+    stream->count = static_cast<int>(grid.pointCount());
     const auto mesh = boost::make_shared<Mesh>("torus", "");
     mesh->addStream(stream);
     mesh->addVerticesMapping(StreamMapping(POSITION, stream, 0));
     const std::vector<StreamMapping> mappings = {StreamMapping(VERTEX, {}, 0)};
-    mesh->addPrimitive(boost::make_shared<TriangleMeshPrimitive>(mesh, mappings, indices));
+    mesh->addPrimitive(boost::make_shared<TriangleMeshPrimitive>(mesh, mappings, grid.indices));
     return mesh;
 }
 
@@ -59,8 +41,8 @@ struct TorusScene {
         : manager(
               boost::make_shared<SceneManager>(boost::make_shared<core::event::EventManager>())) {
         manager->stop();
-        manager->getRoot()->addInstanceGeometry(
-            boost::make_shared<InstanceGeometry>(makeTorus(side), boost::shared_ptr<Material>()));
+        manager->getRoot()->addInstanceGeometry(boost::make_shared<InstanceGeometry>(
+            makeTorus(TorusGrid(side)), boost::shared_ptr<Material>()));
     }
     boost::shared_ptr<SceneManager> manager;
 };
@@ -93,34 +75,17 @@ void buildOctree(benchmark::State& state) {
 }
 BENCHMARK(buildOctree)->Arg(70)->Arg(223)->Arg(707)->Unit(benchmark::kMillisecond);
 
-/// Rays from a sphere around the torus to points in its box.
-std::vector<Ray> makeRays() {
-    std::mt19937 random(1);
-    std::uniform_real_distribution<float> between(-1, 1);
-    std::vector<Ray> rays;
-    while (rays.size() < 4096) {
-        const Eigen::Vector3f from(between(random), between(random), between(random));
-        const Eigen::Vector3f to(4 * between(random), 4 * between(random), between(random));
-        const Eigen::Vector3f origin = from.normalized() * 10;
-        rays.emplace_back(origin, to - origin);
-    }
-    return rays;
-}
-
 /// range(0): cells per side of the torus. Items are rays.
 void pickNearest(benchmark::State& state) {
     const TorusScene torus(static_cast<int>(state.range(0)));
     Octree octree;
     octree.setSceneNode(torus.manager->getRoot());
     octree.calculate(deepest, facesPerLeaf);
-    const auto rays = makeRays();
-    std::size_t hits = 0;
-    for (const auto& ray : rays) hits += octree.pick(ray).has_value();
-    if (hits < rays.size() / 3) return state.SkipWithError("too few hits");
-    std::size_t next = 0;
-    for (auto _ : state) benchmark::DoNotOptimize(octree.pick(rays[next++ % rays.size()]));
-    state.SetItemsProcessed(state.iterations());
-    state.counters["hit"] = static_cast<double>(hits) / static_cast<double>(rays.size());
+    measureHits(state, [&octree](const StraightLine& line) {
+        const Ray ray(Eigen::Map<const Eigen::Vector3f>(line.origin.data()),
+                      Eigen::Map<const Eigen::Vector3f>(line.direction.data()));
+        return octree.pick(ray).has_value();
+    });
 }
 BENCHMARK(pickNearest)->Arg(70)->Arg(223)->Arg(707);
 

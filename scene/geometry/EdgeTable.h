@@ -17,6 +17,12 @@ class EdgeTable {
 public:
     static constexpr std::uint32_t unset = std::numeric_limits<std::uint32_t>::max();
 
+    /// Has room for that many corners and edges.
+    EdgeTable(std::size_t corners, std::size_t edges) {
+        first_.reserve(corners);
+        edges_.reserve(edges);
+    }
+
     /// The number of the edge, unset until the caller sets it. Valid until the next call.
     std::uint32_t& at(std::uint32_t corner, std::uint32_t otherCorner) {
         const auto [lower, higher] = std::minmax(corner, otherCorner);

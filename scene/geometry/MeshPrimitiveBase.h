@@ -85,6 +85,23 @@ protected:
     /// and values of earlier corners stay.
     bool appendFace(const Corners& corners, bool deduplicate);
 
+    /// What many records get from one semantic: values that lie one after the other, which are
+    /// stored in @p stream while their indices go to a slot of the records.
+    struct Column {
+        Stream* stream;
+        std::size_t slot;
+        bool isPosition;  ///< Of three components at most; the box grows by them.
+        const float* values;
+    };
+    using Columns = boost::container::small_vector<Column, 8>;
+
+    /// Whether storing column by column has the same outcome as storing record by record.
+    static bool areIndependent(const Columns& columns);
+    /// Appends @p count records of @p stride indices, whose streams and slots have to be there.
+    void appendRecords(const Columns& columns, std::size_t count, std::size_t stride);
+    /// Where the indices of that stream's values go; -1 when there is no slot, which is logged.
+    int findSlot(StreamSemantic semantic, const Stream& stream);
+
     /// Empty once the mesh is gone.
     boost::shared_ptr<Mesh> lockMesh() const;
 
@@ -123,6 +140,8 @@ private:
     bool findInputs(const Vertex& corner, Inputs& inputs) const;
     bool canAddStreamFor(StreamSemantic semantic) const;
     bool prepareStreams(const Vertex& corner, bool deduplicate, Inputs& inputs);
+    bool appendTogether(const Corners& corners, std::size_t stride, Inputs& inputs);
+    bool findColumns(std::size_t stride, Inputs& inputs, Columns& columns);
     bool appendRecord(const Vertex& corner, std::size_t stride, Inputs& inputs);
     bool storeElement(const VertexElement& element, Input& input, IndexRecord& record);
     void growBox(const Eigen::Vector3f& sample);

@@ -21,11 +21,22 @@ Eigen::Vector3f toSample(const VertexElement& position) {
     return sample;
 }
 
+/// Faces often lie far apart in memory: all that a face refers to is asked for at once.
+template <typename Corners>
+void fetchElements(const Corners& corners) {
+    for (const auto& corner : corners) __builtin_prefetch(corner.get());
+    for (const auto& corner : corners) {
+        if (!corner) continue;
+        for (const auto& element : corner->getElements()) __builtin_prefetch(element.get());
+    }
+}
+
 }  // namespace
 
 bool MeshPrimitiveBase::appendFace(const Corners& corners, bool deduplicate) {
     const auto mesh = lockMesh();
     if (!mesh) return false;
+    fetchElements(corners);
     Inputs inputs;
     for (const auto& corner : corners) {
         if (!corner || !findInputs(*corner, inputs)) return false;
@@ -35,6 +46,7 @@ bool MeshPrimitiveBase::appendFace(const Corners& corners, bool deduplicate) {
         if (!prepareStreams(*corner, deduplicate, inputs)) return false;
     }
     const auto stride = static_cast<std::size_t>(calculateIndexStreamStride());
+    if (appendTogether(corners, stride, inputs)) return true;
     for (const auto& corner : corners) {
         if (!appendRecord(*corner, stride, inputs)) return false;  // No rollback: others stay.
     }
@@ -78,6 +90,81 @@ bool MeshPrimitiveBase::prepareStreams(const Vertex& corner, bool deduplicate, I
     return true;
 }
 
+int MeshPrimitiveBase::findSlot(StreamSemantic semantic, const Stream& stream) {
+    // Streams that keep duplicates share the VERTEX slot, where the last element written wins.
+    return getStreamMappingOffsetForSemantic(stream.allowDuplicates ? VERTEX : semantic);
+}
+
+// The usual face: all corners have the same semantics in the same order.
+bool MeshPrimitiveBase::appendTogether(const Corners& corners, std::size_t stride, Inputs& inputs) {
+    for (const auto& corner : corners) {
+        const auto& elements = corner->getElements();
+        if (elements.size() != inputs.size()) return false;
+        for (std::size_t i = 0; i < inputs.size(); ++i) {
+            if (elements[i]->semantic != inputs[i].semantic || elements[i]->size <= 0) return false;
+        }
+    }
+    Columns columns;
+    if (!findColumns(stride, inputs, columns)) return false;
+    std::size_t floats = 0;
+    for (const auto& input : inputs) floats += static_cast<std::size_t>(input.stream->stride);
+    boost::container::small_vector<float, 64> values(floats * corners.count,
+                                                     boost::container::default_init);
+    float* next = values.data();
+    for (std::size_t i = 0; i < inputs.size(); ++i) {
+        columns[i].values = next;
+        for (const auto& corner : corners) {
+            const auto& element = *corner->getElements()[i];
+            next = std::copy_n(element.values, element.size, next);
+        }
+    }
+    appendRecords(columns, corners.count, stride);
+    return true;
+}
+
+bool MeshPrimitiveBase::findColumns(std::size_t stride, Inputs& inputs, Columns& columns) {
+    for (auto& input : inputs) {
+        if (!input.stream) return false;
+        if (input.slot == Input::unknownSlot) input.slot = findSlot(input.semantic, *input.stream);
+        const bool isPosition = input.semantic == POSITION;
+        if (input.slot < 0 || static_cast<std::size_t>(input.slot) >= stride) return false;
+        if (isPosition && input.stream->stride > 3) return false;
+        columns.push_back(
+            {input.stream, static_cast<std::size_t>(input.slot), isPosition, nullptr});
+    }
+    return areIndependent(columns);
+}
+
+bool MeshPrimitiveBase::areIndependent(const Columns& columns) {
+    for (const auto& column : columns) {
+        for (const auto* other = &column + 1; other != columns.data() + columns.size(); ++other) {
+            if (column.stream == other->stream) return false;
+        }
+    }
+    return true;
+}
+
+void MeshPrimitiveBase::appendRecords(const Columns& columns, std::size_t count,
+                                      std::size_t stride) {
+    boost::container::small_vector<int, 16> tuples(count);
+    const std::size_t first = indexStream_.size();
+    for (const auto& column : columns) {
+        const auto size = static_cast<std::size_t>(column.stream->stride);
+        for (std::size_t i = 0; column.isPosition && i < count; ++i) {
+            Eigen::Vector3f sample = Eigen::Vector3f::Zero();
+            std::copy_n(column.values + i * size, size, sample.data());
+            growBox(sample);
+        }
+    }
+    indexStream_.resize(first + count * stride);
+    for (const auto& column : columns) {
+        column.stream->insertValues(column.stream->stride, column.values, count, tuples.data());
+        for (std::size_t i = 0; i < count; ++i) {
+            indexStream_[first + i * stride + column.slot] = static_cast<unsigned int>(tuples[i]);
+        }
+    }
+}
+
 bool MeshPrimitiveBase::appendRecord(const Vertex& corner, std::size_t stride, Inputs& inputs) {
     IndexRecord record;
     for (std::size_t slot = 0; slot < stride; ++slot) record.push_back(0u);
@@ -93,11 +180,7 @@ bool MeshPrimitiveBase::appendRecord(const Vertex& corner, std::size_t stride, I
 bool MeshPrimitiveBase::storeElement(const VertexElement& element, Input& input,
                                      IndexRecord& record) {
     const int tuple = input.stream->insertValue(element.size, element.values);
-    if (input.slot == Input::unknownSlot) {
-        // Streams that keep duplicates share the VERTEX slot, where the last element written wins.
-        input.slot = getStreamMappingOffsetForSemantic(
-            input.stream->allowDuplicates ? VERTEX : element.semantic);
-    }
+    if (input.slot == Input::unknownSlot) input.slot = findSlot(element.semantic, *input.stream);
     if (input.slot < 0 || static_cast<std::size_t>(input.slot) >= record.size()) {
         // The leading blank belongs to the text.
         logger_ << " [ERROR] Invalid stream mapping index for this vertex semantic.";

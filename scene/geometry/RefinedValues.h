@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -23,6 +22,9 @@ namespace vantorix::scene {
 /// values are one corner here, so a neighbour that runs along the edge the other way, where the
 /// same rule may differ in the last bit, gets the very same midpoint.
 ///
+/// Triangles are taken in blocks, whose values come into the stream together: it finds equal ones
+/// faster so.
+///
 /// @tparam Size floats per value, at most 3.
 template <int Size>
 class RefinedValues {
@@ -33,64 +35,80 @@ public:
     /// The places of a split triangle with corners A, B, C, in the order in which their values
     /// come into the stream.
     enum Place { CORNER_A, MIDDLE_AB, MIDDLE_AC, MIDDLE_BC, CORNER_B, CORNER_C, PLACES };
-    using Indices = std::array<std::uint32_t, PLACES>;
 
-    RefinedValues(const std::string& name, Midpoint midpoint)
+    /// Makes room for what a closed mesh of @p triangleCount triangles has: half as many corners
+    /// and three halves as many edges.
+    RefinedValues(const std::string& name, Midpoint midpoint, std::size_t triangleCount)
         : stream_(boost::make_shared<Stream>(name, Size, false)),
           corners_("", Size, false),
-          midpoint_(midpoint) {}
+          midpoint_(midpoint),
+          edges_(triangleCount / 2, triangleCount / 2 * 3) {
+        stream_->values.reserve(2 * triangleCount * Size);
+        corners_.values.reserve(triangleCount / 2 * Size);
+        cornersMet_.reserve(triangleCount / 2);
+        indices_.reserve(2 * triangleCount);
+    }
+
+    /// Gives back the room that the values did not need.
+    void finish() {
+        auto& values = stream_->values;
+        if (values.size() < values.capacity() / 4 * 3) values.shrink_to_fit();
+    }
 
     const boost::shared_ptr<Stream>& stream() const { return stream_; }
 
-    /// Stores what is new among the six values of a triangle, and says where in the stream they
-    /// stand. @p onNew is called with the place of each that was not there before.
+    /// Stores what is new among the values of the next block, three @p corners per triangle.
+    /// @p onNew is called with triangle of the block and place of each that was not there before.
     template <typename OnNew>
-    Indices add(const std::array<FaceAssembler::Value, 3>& triangle, OnNew onNew) {
-        const Corner a = corner(triangle[0]);
-        const Corner b = corner(triangle[1]);
-        const Corner c = corner(triangle[2]);
-        Indices indices;
-        const auto take = [&](Place place, std::uint32_t& known, auto value) {
-            if (known == EdgeTable::unset) {
-                const int before = stream_->count;
-                known = insert(value());
-                if (stream_->count != before) onNew(place);
-            }
-            indices[place] = known;
+    void addBlock(const std::vector<FaceAssembler::Value>& corners, OnNew onNew) {
+        numberCorners(corners);
+        places_.clear();
+        newValues_.clear();
+        const auto corner = [&](std::size_t i) {
+            return Corner{cornerNumbers_[i], corners[i].floats.template head<Size>()};
         };
-        const auto takeCorner = [&](Place place, const Corner& which) {
-            take(place, cornerIndices_[which.number], [&] { return which.value; });
-        };
-        const auto takeMiddle = [&](Place place, const Corner& from, const Corner& to) {
-            take(place, edges_.at(from.number, to.number),
-                 [&] { return midpoint_(from.value, to.value); });
-        };
-        takeCorner(CORNER_A, a);
-        takeMiddle(MIDDLE_AB, a, b);
-        takeMiddle(MIDDLE_AC, a, c);
-        takeMiddle(MIDDLE_BC, b, c);
-        takeCorner(CORNER_B, b);
-        takeCorner(CORNER_C, c);
-        return indices;
+        for (std::size_t i = 0; i < corners.size(); i += 3) {
+            addTriangle(corner(i), corner(i + 1), corner(i + 2));
+        }
+        storeNewValues(onNew);
+    }
+
+    /// Where in the stream a value of the last block stands.
+    unsigned int index(std::size_t triangle, Place place) const {
+        return static_cast<unsigned int>(indices_[places_[triangle * PLACES + place]]);
     }
 
 private:
+    /// A value that was met, by the number of those before it.
+    using Met = std::uint32_t;
+
     struct Corner {
         std::uint32_t number;  // The same for equal values.
         Value value;
     };
 
-    Corner corner(const FaceAssembler::Value& source) {
-        const Value value = source.floats.template head<Size>();
-        std::uint32_t& number = numberOf(source);
-        if (number == EdgeTable::unset) {
-            number = static_cast<std::uint32_t>(corners_.insertValue(Size, value.data()));
-            if (number >= cornerIndices_.size()) cornerIndices_.push_back(EdgeTable::unset);
+    /// Finds the numbers of all corners. Those whose tuples are met first get new ones: only then
+    /// a value is looked for.
+    void numberCorners(const std::vector<FaceAssembler::Value>& corners) {
+        newCorners_.clear();
+        newValues_.clear();
+        cornerNumbers_.resize(corners.size());
+        for (std::size_t i = 0; i < corners.size(); ++i) {
+            cornerNumbers_[i] = numberOf(corners[i]);
+            if (cornerNumbers_[i] != EdgeTable::unset) continue;
+            newCorners_.push_back(i);
+            appendNew(corners[i].floats.template head<Size>());
         }
-        return {number, value};
+        newIndices_.resize(newCorners_.size());
+        corners_.insertValues(Size, newValues_.data(), newCorners_.size(), newIndices_.data());
+        for (std::size_t i = 0; i < newCorners_.size(); ++i) {
+            const auto number = static_cast<std::uint32_t>(newIndices_[i]);
+            cornerNumbers_[newCorners_[i]] = numberOf(corners[newCorners_[i]]) = number;
+        }
+        cornersMet_.resize(static_cast<std::size_t>(corners_.count), EdgeTable::unset);
     }
 
-    /// Remembered by tuple, so that a value is hashed only when its tuple is met first.
+    /// Remembered by tuple.
     std::uint32_t& numberOf(const FaceAssembler::Value& source) {
         if (source.input >= numbers_.size()) numbers_.resize(source.input + 1);
         auto& numbers = numbers_[source.input];
@@ -98,16 +116,65 @@ private:
         return numbers[source.tuple];
     }
 
-    std::uint32_t insert(const Value& value) {
-        return static_cast<std::uint32_t>(stream_->insertValue(Size, value.data()));
+    void addTriangle(const Corner& a, const Corner& b, const Corner& c) {
+        takeCorner(a);
+        takeMiddle(a, b);
+        takeMiddle(a, c);
+        takeMiddle(b, c);
+        takeCorner(b);
+        takeCorner(c);
+    }
+
+    void takeCorner(const Corner& corner) {
+        Met& met = cornersMet_[corner.number];
+        if (met == EdgeTable::unset) met = meet(corner.value);
+        places_.push_back(met);
+    }
+
+    void takeMiddle(const Corner& from, const Corner& to) {
+        Met& met = edges_.at(from.number, to.number);
+        if (met == EdgeTable::unset) met = meet(midpoint_(from.value, to.value));
+        places_.push_back(met);
+    }
+
+    Met meet(const Value& value) {
+        appendNew(value);
+        sources_.push_back(places_.size());
+        return static_cast<Met>(indices_.size() + sources_.size() - 1);
+    }
+
+    void appendNew(const Value& value) {
+        newValues_.insert(newValues_.end(), value.data(), value.data() + Size);
+    }
+
+    template <typename OnNew>
+    void storeNewValues(OnNew onNew) {
+        const std::size_t first = indices_.size();
+        indices_.resize(first + sources_.size());
+        int stored = stream_->count;
+        stream_->insertValues(Size, newValues_.data(), sources_.size(), indices_.data() + first);
+        for (std::size_t i = 0; i < sources_.size(); ++i) {
+            if (indices_[first + i] != stored) continue;  // Another corner's or edge's value.
+            ++stored;
+            onNew(sources_[i] / PLACES, static_cast<Place>(sources_[i] % PLACES));
+        }
+        sources_.clear();
     }
 
     boost::shared_ptr<Stream> stream_;
     Stream corners_;  // The distinct values of corners, in the order in which they are met.
     Midpoint midpoint_;
     std::vector<std::vector<std::uint32_t>> numbers_;  // By input, then by tuple.
-    std::vector<std::uint32_t> cornerIndices_;         // In the stream, by number of the corner.
-    EdgeTable edges_;                                  // Index of the midpoint in the stream.
+    std::vector<Met> cornersMet_;                      // By number of the corner.
+    EdgeTable edges_;                                  // What was met as the midpoint.
+    std::vector<int> indices_;                         // In the stream, of each value met.
+
+    std::vector<Met> places_;           // Of the last block, PLACES for each triangle.
+    std::vector<std::size_t> sources_;  // Of new values: where among the places they are met.
+    std::vector<float> newValues_;
+    std::vector<std::uint32_t> cornerNumbers_;
+    std::vector<std::size_t> newCorners_;
+    std::vector<int> newIndices_;
 };
 
 }  // namespace vantorix::scene

@@ -85,15 +85,50 @@ int Stream::insertValue(int tupleStride, const float* value) {
     return insert(value);
 }
 
+void Stream::insertValues(int tupleStride, const float* tuples, std::size_t tupleCount,
+                          int* indices) {
+    if (!indices) return;
+    if (tupleStride != stride || stride <= 0 || !tuples) {
+        for (std::size_t i = 0; i < tupleCount; ++i) indices[i] = insertValue(tupleStride, tuples);
+    } else if (liesIn(values, tuples)) {
+        const auto size = tupleCount * static_cast<std::size_t>(stride);
+        insertEach(copyFromInside(values, size, tuples).data(), tupleCount, indices);
+    } else {
+        insertEach(tuples, tupleCount, indices);
+    }
+}
+
+void Stream::insertEach(const float* tuples, std::size_t tupleCount, int* indices) {
+    const auto tupleSize = static_cast<std::size_t>(stride);
+    const auto canInsertTogether = [&] {
+        return !allowDuplicates && isIndexUseful() && values.size() % tupleSize == 0 &&
+               values.size() / tupleSize + tupleCount < TupleIndex::mostTuples;
+    };
+    std::size_t done = 0;
+    for (; done < tupleCount && !canInsertTogether(); ++done) {
+        indices[done] = insert(tuples + done * tupleSize);
+    }
+    if (done == tupleCount) return;
+    if (!index_) index_ = std::make_unique<TupleIndex>();
+    const std::size_t before = values.size();
+    index_->insertAll(values, tupleSize, tuples + done * tupleSize, tupleCount - done,
+                      indices + done);
+    // As in appendTuple.
+    const auto appended = static_cast<unsigned int>((values.size() - before) / tupleSize);
+    count = static_cast<int>(static_cast<unsigned int>(count) + appended);
+}
+
 int Stream::insert(const float* value) {
     if (allowDuplicates) return appendTuple(value);
     const auto tupleSize = static_cast<std::size_t>(stride);
-    if (!isIndexUseful()) {
-        const auto tuple = scan(values, tupleSize, value);
-        return tuple == TupleIndex::none ? appendTuple(value) : static_cast<int>(tuple);
-    }
+    if (isIndexUseful()) return insert(value, TupleIndex::hashOf(value, tupleSize));
+    const auto tuple = scan(values, tupleSize, value);
+    return tuple == TupleIndex::none ? appendTuple(value) : static_cast<int>(tuple);
+}
+
+int Stream::insert(const float* value, std::uint32_t hash) {
     if (!index_) index_ = std::make_unique<TupleIndex>();
-    const auto tuple = index_->find(values, tupleSize, value);
+    const auto tuple = index_->find(values, static_cast<std::size_t>(stride), value, hash);
     if (tuple != TupleIndex::none) return static_cast<int>(tuple);
     const int added = appendTuple(value);
     index_->noteAppended(values);

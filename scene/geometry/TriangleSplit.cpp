@@ -1,5 +1,8 @@
 #include "scene/geometry/TriangleSplit.h"
 
+#include <algorithm>
+#include <array>
+
 #include "scene/controller/RefinedInfluences.h"
 #include "scene/geometry/Mesh.h"
 
@@ -50,44 +53,50 @@ TriangleSplit::TriangleSplit(const FaceAssembler& faces, std::size_t stride, std
     : faces_(faces),
       stride_(stride),
       count_(count),
-      positions_("VTX_SUBDIVIDE_POSITION_STREAM", halfWay<Eigen::Vector3f>) {
+      positions_("VTX_SUBDIVIDE_POSITION_STREAM", halfWay<Eigen::Vector3f>, count) {
     // Indices only line up with corners when every corner has a value: all triangles or none.
-    if (areComplete(NORMAL)) normals_.emplace("VTX_SUBDIVIDE_NORMAL_STREAM", middleNormal);
+    if (areComplete(NORMAL)) normals_.emplace("VTX_SUBDIVIDE_NORMAL_STREAM", middleNormal, count);
     if (areComplete(TEXCOORD0)) {
-        textureCoordinates_.emplace("VTX_SUBDIVIDE_UV_STREAM", halfWay<Eigen::Vector2f>);
+        textureCoordinates_.emplace("VTX_SUBDIVIDE_UV_STREAM", halfWay<Eigen::Vector2f>, count);
     }
 }
 
 void TriangleSplit::run(RefinedInfluences* influences, const std::vector<unsigned int>& vertices) {
+    // Few enough for the memory next to the processor, and enough for searches side by side.
+    constexpr std::size_t blockSize = 128;
     indices_.resize(count_ * splitCorners.size() * recordSize());
-    const auto ignore = [](auto) {};
-    for (std::size_t triangle = 0; triangle < count_; ++triangle) {
-        split(positions_, POSITION, triangle, 0, [&](SplitPositions::Place place) {
-            if (influences) addInfluences(place, &vertices[3 * triangle], *influences);
+    const auto ignore = [](std::size_t, auto) {};
+    for (Block block{0, 0}; block.first < count_; block.first += blockSize) {
+        block.count = std::min(blockSize, count_ - block.first);
+        split(positions_, POSITION, block, 0, [&](std::size_t triangle, auto place) {
+            if (influences)
+                addInfluences(place, &vertices[3 * (block.first + triangle)], *influences);
         });
         std::size_t slot = 1;
-        if (normals_) split(*normals_, NORMAL, triangle, slot++, ignore);
-        if (textureCoordinates_) split(*textureCoordinates_, TEXCOORD0, triangle, slot, ignore);
+        if (normals_) split(*normals_, NORMAL, block, slot++, ignore);
+        if (textureCoordinates_) split(*textureCoordinates_, TEXCOORD0, block, slot, ignore);
     }
+    positions_.finish();
+    if (normals_) normals_->finish();
+    if (textureCoordinates_) textureCoordinates_->finish();
 }
 
 template <typename Values, typename OnNew>
-void TriangleSplit::split(Values& values, StreamSemantic semantic, std::size_t triangle,
-                          std::size_t slot, OnNew onNew) {
-    const auto added = values.add(corners(semantic, triangle), onNew);
-    const std::size_t size = recordSize();
-    std::size_t place = triangle * splitCorners.size() * size + slot;
-    for (const auto corner : splitCorners) {
-        indices_[place] = added[corner];
-        place += size;
+void TriangleSplit::split(Values& values, StreamSemantic semantic, Block block, std::size_t slot,
+                          OnNew onNew) {
+    corners_.clear();
+    for (std::size_t i = 3 * block.first; i < 3 * (block.first + block.count); ++i) {
+        corners_.push_back(faces_.value(semantic, i * stride_));
     }
-}
-
-std::array<FaceAssembler::Value, 3> TriangleSplit::corners(StreamSemantic semantic,
-                                                           std::size_t triangle) const {
-    const std::size_t start = triangle * 3 * stride_;
-    return {faces_.value(semantic, start), faces_.value(semantic, start + stride_),
-            faces_.value(semantic, start + 2 * stride_)};
+    values.addBlock(corners_, onNew);
+    const std::size_t size = recordSize();
+    std::size_t place = block.first * splitCorners.size() * size + slot;
+    for (std::size_t triangle = 0; triangle < block.count; ++triangle) {
+        for (const auto corner : splitCorners) {
+            indices_[place] = values.index(triangle, static_cast<typename Values::Place>(corner));
+            place += size;
+        }
+    }
 }
 
 bool TriangleSplit::areComplete(StreamSemantic semantic) const {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -37,11 +36,12 @@ private:
     bool areComplete(StreamSemantic semantic) const;
     std::size_t recordSize() const;
 
+    struct Block {
+        std::size_t first;
+        std::size_t count;  // Triangles.
+    };
     template <typename Values, typename OnNew>
-    void split(Values& values, StreamSemantic semantic, std::size_t triangle, std::size_t slot,
-               OnNew onNew);
-    std::array<FaceAssembler::Value, 3> corners(StreamSemantic semantic,
-                                                std::size_t triangle) const;
+    void split(Values& values, StreamSemantic semantic, Block block, std::size_t slot, OnNew onNew);
 
     const FaceAssembler& faces_;
     std::size_t stride_;
@@ -49,6 +49,7 @@ private:
     RefinedValues<3> positions_;
     std::optional<RefinedValues<3>> normals_;
     std::optional<RefinedValues<2>> textureCoordinates_;
+    std::vector<FaceAssembler::Value> corners_;  // Of the semantic and the block at hand.
     std::vector<unsigned int> indices_;
 };
 

@@ -1,6 +1,7 @@
 #include "scene/geometry/TupleIndex.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 
 namespace vantorix::scene {
@@ -28,7 +29,7 @@ std::uint64_t readRest(const float* floats, std::size_t count) {
 }
 
 /// Multiplies and folds eight bytes at a time, after Wang Yi's wyhash.
-std::uint32_t hashOf(const float* floats, std::size_t count) {
+std::uint32_t hashTuple(const float* floats, std::size_t count) {
     constexpr std::uint64_t first = 0xa0761d6478bd642fULL;
     constexpr std::uint64_t second = 0xe7037ed1a0b428dbULL;
     std::uint64_t hash = first;
@@ -49,6 +50,11 @@ bool isEqual(const float* left, const float* right, std::size_t count) {
     return std::memcmp(left, right, count * sizeof(float)) == 0;
 }
 
+/// As many tuples as the array has memory for: they are likely to come.
+std::size_t roomIn(const FloatArray& values, std::size_t stride) {
+    return std::max<std::size_t>((values.capacity() - values.size()) / stride, 1);
+}
+
 std::size_t powerOfTwoFrom(std::size_t minimum) {
     std::size_t power = 64;
     while (power < minimum) power *= 2;
@@ -57,10 +63,15 @@ std::size_t powerOfTwoFrom(std::size_t minimum) {
 
 }  // namespace
 
-std::size_t TupleIndex::find(FloatArray& values, std::size_t stride, const float* value) {
+std::uint32_t TupleIndex::hashOf(const float* value, std::size_t stride) {
+    return hashTuple(value, stride);
+}
+
+std::size_t TupleIndex::find(FloatArray& values, std::size_t stride, const float* value,
+                             std::uint32_t hash) {
     if (!isUpToDate(values, stride)) readChanges(values, stride);
-    if (!hasRoomFor(1)) grow(1);
-    missedHash_ = hashOf(value, stride);
+    if (!hasRoomFor(1)) grow(roomIn(values, stride));
+    missedHash_ = hash;
     return search(values, value);
 }
 
@@ -84,7 +95,7 @@ void TupleIndex::readChanges(FloatArray& values, std::size_t stride) {
     const float* const floats = static_cast<const FloatArray&>(values).data();
     while (indexed_ < tuples) {
         const float* const value = floats + indexed_ * stride;
-        missedHash_ = hashOf(value, stride);
+        missedHash_ = hashTuple(value, stride);
         // Of equal tuples only the lowest is entered.
         if (search(values, value) == none) {
             enter(indexed_);
@@ -101,10 +112,14 @@ void TupleIndex::markRead(FloatArray& values) {
 }
 
 std::size_t TupleIndex::search(const FloatArray& values, const float* value) {
+    return searchFor<0>(values.data(), value);
+}
+
+template <std::size_t FixedStride>
+std::size_t TupleIndex::searchFor(const float* floats, const float* value) {
     const Entry* const entries = entries_.data();
-    const float* const floats = values.data();
     const std::size_t mask = entries_.size() - 1;
-    const std::size_t stride = stride_;
+    const std::size_t stride = FixedStride == 0 ? stride_ : FixedStride;
     const std::uint32_t hash = missedHash_;
     std::size_t dead = none;
     for (std::size_t place = hash & mask;; place = (place + 1) & mask) {
@@ -121,6 +136,45 @@ std::size_t TupleIndex::search(const FloatArray& values, const float* value) {
     return none;
 }
 
+void TupleIndex::insertAll(FloatArray& values, std::size_t stride, const float* tuples,
+                           std::size_t count, int* indices) {
+    if (!isUpToDate(values, stride)) readChanges(values, stride);
+    if (stride == 3) return insertEach<3>(values, tuples, count, indices);
+    if (stride == 2) return insertEach<2>(values, tuples, count, indices);
+    insertEach<0>(values, tuples, count, indices);
+}
+
+template <std::size_t FixedStride>
+void TupleIndex::insertEach(FloatArray& values, const float* tuples, std::size_t count,
+                            int* indices) {
+    // When a value's turn comes, the memory to be searched was asked for some values before.
+    constexpr std::size_t ahead = 16;
+    std::array<std::uint32_t, ahead> hashes{};
+    const std::size_t stride = FixedStride == 0 ? stride_ : FixedStride;
+    const auto prepare = [&](std::size_t tuple) {
+        if (tuple >= count) return;
+        const auto hash = hashTuple(tuples + tuple * stride, stride);
+        hashes[tuple % ahead] = hash;
+        if (!entries_.empty()) __builtin_prefetch(&entries_[hash & (entries_.size() - 1)]);
+    };
+    for (std::size_t i = 0; i < ahead; ++i) prepare(i);
+    const FloatArray& read = values;
+    for (std::size_t i = 0; i < count; ++i) {
+        if (!hasRoomFor(1)) grow(roomIn(values, stride));
+        const float* const value = tuples + i * stride;
+        missedHash_ = hashes[i % ahead];
+        prepare(i + ahead);
+        std::size_t tuple = searchFor<FixedStride>(read.data(), value);
+        if (tuple == none) {
+            tuple = indexed_;
+            values.append(value, stride);
+            enter(tuple);
+        }
+        indices[i] = static_cast<int>(tuple);
+    }
+    markRead(values);
+}
+
 void TupleIndex::enter(std::size_t tuple) {
     if (entries_[missedPlace_].tuple == unused) ++used_;
     entries_[missedPlace_] = {missedHash_, static_cast<std::uint32_t>(tuple)};
@@ -128,7 +182,7 @@ void TupleIndex::enter(std::size_t tuple) {
 }
 
 bool TupleIndex::hasRoomFor(std::size_t additional) const {
-    return (used_ + additional) * 4 <= entries_.size() * 3;
+    return (used_ + additional) * 2 <= entries_.size();
 }
 
 void TupleIndex::grow(std::size_t additional) {

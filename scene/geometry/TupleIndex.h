@@ -23,12 +23,22 @@ public:
     /// Whether a search may trust what an earlier one has read: no reference for writing is valid.
     static bool isUsableOn(const FloatArray& values) { return !values.isExposed(); }
 
+    /// Of a tuple of @p stride floats, for find().
+    static std::uint32_t hashOf(const float* value, std::size_t stride);
+
     /// The lowest tuple with the bytes of @p value, or none; remembers its place for
     /// noteAppended().
-    std::size_t find(FloatArray& values, std::size_t stride, const float* value);
+    std::size_t find(FloatArray& values, std::size_t stride, const float* value,
+                     std::uint32_t hash);
 
     /// To be called when the value that the last find() missed has been appended.
     void noteAppended(FloatArray& values);
+
+    /// For each of @p count tuples writes the lowest equal one's number to @p indices, after it has
+    /// been appended where there was none. The array must end with a whole tuple and stay below
+    /// mostTuples.
+    void insertAll(FloatArray& values, std::size_t stride, const float* tuples, std::size_t count,
+                   int* indices);
 
 private:
     struct Entry {
@@ -41,6 +51,10 @@ private:
     void readChanges(FloatArray& values, std::size_t stride);
     void markRead(FloatArray& values);
     std::size_t search(const FloatArray& values, const float* value);
+    template <std::size_t FixedStride>
+    std::size_t searchFor(const float* floats, const float* value);
+    template <std::size_t FixedStride>
+    void insertEach(FloatArray& values, const float* tuples, std::size_t count, int* indices);
     void enter(std::size_t tuple);
     bool hasRoomFor(std::size_t additional) const;
     void grow(std::size_t additional);

@@ -1,0 +1,79 @@
+// How triangles come out of flat arrays.
+
+#include <algorithm>
+
+#include <boost/make_shared.hpp>
+
+#include "scene/geometry/Stream.h"
+#include "scene/geometry/Triangle.h"
+#include "scene/geometry/TriangleMeshPrimitive.h"
+#include "scene/geometry/Vertex.h"
+#include "scene/geometry/VertexElement.h"
+
+namespace vantorix::scene {
+
+namespace {
+
+boost::shared_ptr<Triangle> makeTriangle(
+    const std::vector<TriangleMeshPrimitive::CornerValues>& corners, std::size_t index) {
+    const auto makeVertex = [&corners](std::size_t corner) {
+        const auto vertex = boost::make_shared<Vertex>();
+        for (const auto& values : corners) {
+            const auto size = static_cast<std::size_t>(std::max(values.size, 0));
+            vertex->addElement(
+                VertexElement::create(values.semantic, values.size, values.values + corner * size),
+                true);
+        }
+        return vertex;
+    };
+    return boost::make_shared<Triangle>(makeVertex(3 * index), makeVertex(3 * index + 1),
+                                        makeVertex(3 * index + 2));
+}
+
+}  // namespace
+
+bool TriangleMeshPrimitive::addTriangles(const std::vector<CornerValues>& corners,
+                                         std::size_t triangleCount, bool deduplicate) {
+    constexpr std::size_t cornersPerBlock = 1536;
+    for (const auto& values : corners) {
+        if (values.size > 0 && !values.values) return false;
+    }
+    if (triangleCount == 0) return true;
+    // The first one makes streams and mappings, or fails as all others would.
+    if (!addTriangle(makeTriangle(corners, 0), deduplicate)) return false;
+    const auto stride = static_cast<std::size_t>(calculateIndexStreamStride());
+    const std::size_t cornerCount = 3 * triangleCount;
+    indexStream_.reserve(indexStream_.size() + (cornerCount - 3) * stride);
+    Columns columns;
+    if (!findColumns(corners, stride, columns)) {
+        for (std::size_t i = 1; i < triangleCount; ++i) {
+            if (!addTriangle(makeTriangle(corners, i), deduplicate)) return false;
+        }
+        return true;
+    }
+    std::size_t count = 0;
+    for (std::size_t first = 3; first < cornerCount; first += count) {
+        count = std::min(cornersPerBlock, cornerCount - first);
+        for (std::size_t i = 0; i < columns.size(); ++i) {
+            const auto size = static_cast<std::size_t>(corners[i].size);
+            columns[i].values = corners[i].values + first * size;
+        }
+        appendRecords(columns, count, stride);
+    }
+    return true;
+}
+
+bool TriangleMeshPrimitive::findColumns(const std::vector<CornerValues>& corners,
+                                        std::size_t stride, Columns& columns) {
+    for (const auto& values : corners) {
+        const auto stream = getStreamBySemantic(values.semantic);
+        if (!stream || values.size <= 0) return false;
+        const int slot = findSlot(values.semantic, *stream);
+        if (slot < 0 || static_cast<std::size_t>(slot) >= stride) return false;
+        columns.push_back(
+            {stream.get(), static_cast<std::size_t>(slot), values.semantic == POSITION, nullptr});
+    }
+    return areIndependent(columns);
+}
+
+}  // namespace vantorix::scene
