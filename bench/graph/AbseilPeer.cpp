@@ -24,7 +24,7 @@ private:
     absl::flat_hash_map<std::string, int> places_;
 };
 
-const bool registered = [] {
+const bool abseilCasesAdded = [] {
     addFindCases<AbseilFinder>("abseilFind");
     return true;
 }();

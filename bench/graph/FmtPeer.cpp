@@ -17,7 +17,7 @@ void fmtPoses(benchmark::State& state, Shape shape) {
     countItems(state, plan.size());
 }
 
-const bool registered = [] {
+const bool fmtCasesAdded = [] {
     addCases("fmtPoses", fmtPoses, {TREE8}, {10000});
     return true;
 }();

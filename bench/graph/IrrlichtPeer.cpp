@@ -70,7 +70,7 @@ private:
     std::vector<irr::scene::ISceneNode*> nodes_;
 };
 
-const bool registered = [] {
+const bool irrlichtCasesAdded = [] {
     addCases("irrlichtHoldBare", holdBareTree<IrrlichtTree>, {TREE8}, {10000});
     addCases("irrlichtMoveLeaf", moveLeaf<IrrlichtTree>, {TREE8}, {1000, 10000, 100000});
     addCases("irrlichtMoveBranch", moveBranch<IrrlichtTree>, {TREE8}, {1000, 10000, 100000});

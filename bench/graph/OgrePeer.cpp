@@ -77,7 +77,7 @@ private:
     OgreTree tree_;
 };
 
-const bool registered = [] {
+const bool ogreCasesAdded = [] {
     addCases("ogreHoldBare", holdBareTree<OgreTree>, {TREE8}, {10000});
     addCases("ogreMoveAll", moveAll<OgreTree>, {TREE8, FLAT, CHAIN}, {10000, 100000});
     addCases("ogreRemoveHalf", removeHalf<OgreTree>, {FLAT}, {10000, 100000});

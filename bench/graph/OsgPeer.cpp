@@ -44,7 +44,7 @@ private:
     std::vector<osg::MatrixTransform*> nodes_;
 };
 
-const bool registered = [] {
+const bool osgCasesAdded = [] {
     addCases("osgBuild", buildTree<OsgTree>, {TREE8, FLAT, CHAIN}, {10000, 100000});
     addCases("osgRelease", releaseTree<OsgTree>, {TREE8, FLAT, CHAIN}, {10000});
     addCases("osgHoldBare", holdBareTree<OsgTree>, {TREE8}, {10000});

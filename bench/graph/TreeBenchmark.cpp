@@ -18,7 +18,7 @@ private:
     OwnTree tree_;
 };
 
-const bool registered = [] {
+const bool treeCasesAdded = [] {
     addCases("build", buildTree<OwnTree>, {TREE8, FLAT, CHAIN}, {10000, 100000});
     addCases("release", releaseTree<OwnTree>, {TREE8, FLAT, CHAIN}, {10000});
     addCases("holdBare", holdBareTree<OwnTree>, {TREE8}, {10000});
