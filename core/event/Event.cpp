@@ -8,7 +8,7 @@ namespace vantorix::core::event {
 
 Event::Event(EventType type, EventData data, std::string sender)
     : type_(std::move(type)), data_(std::move(data)) {
-    if (!sender.empty()) sender_ = new Payload(std::move(sender));
+    if (!sender.empty()) sender_.reset(new Payload(std::move(sender)), false);
 }
 
 const std::string& Event::getSender() const {

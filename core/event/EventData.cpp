@@ -26,7 +26,7 @@ std::string argumentOf(std::string_view text, int index) {
 
 EventData::EventData(std::string payload) : short_{} {
     if (payload.size() > longestShort) {
-        payload_ = new Payload(std::move(payload));
+        payload_.reset(new Payload(std::move(payload)), false);
         return;
     }
     auto* const bytes = reinterpret_cast<char*>(short_.data());
@@ -34,7 +34,8 @@ EventData::EventData(std::string payload) : short_{} {
     bytes[longestShort] = static_cast<char>(payload.size());
 }
 
-EventData::EventData(const Payload* payload) : payload_(payload), short_{} {}
+// Takes over the reference that the maker of the payload has.
+EventData::EventData(const Payload* payload) : payload_(payload, false), short_{} {}
 
 EventData EventData::withMatrix(std::string id, const utils::Matrix& matrix) {
     return withMatrix(std::move(id), matrix.getMatrix());

@@ -10,6 +10,7 @@ namespace vantorix::core::event {
 namespace {
 
 using Lock = boost::lock_guard<boost::mutex>;
+using ManagerLock = boost::lock_guard<SpinLock>;
 
 }  // namespace
 
@@ -21,13 +22,13 @@ EventHandlers::EventHandlers(boost::shared_ptr<EventManager> manager)
     : manager_(std::move(manager)) {}
 
 boost::shared_ptr<EventManager> EventHandlers::getManager() const {
-    const Lock lock(mutex_);
+    const ManagerLock lock(managerLock_);
     return manager_;
 }
 
 boost::shared_ptr<EventManager> EventHandlers::replaceManager(
     boost::shared_ptr<EventManager> manager) {
-    const Lock lock(mutex_);
+    const ManagerLock lock(managerLock_);
     manager_.swap(manager);
     return manager;
 }

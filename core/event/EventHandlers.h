@@ -13,6 +13,7 @@
 
 #include "core/event/DeliveryGate.h"
 #include "core/event/GrowingTable.h"
+#include "core/event/SpinLock.h"
 
 namespace vantorix::core::event {
 
@@ -69,9 +70,10 @@ private:
     Handlers* find(const EventType& type) const;
     Handlers& findOrAdd(const EventType& type);
 
-    boost::recursive_mutex registrationMutex_;  // Taken before the other one.
-    mutable boost::mutex mutex_;
+    boost::recursive_mutex registrationMutex_;  // Taken before the other ones.
+    mutable SpinLock managerLock_;
     boost::shared_ptr<EventManager> manager_;
+    mutable boost::mutex mutex_;  // Of what follows.
     GrowingTable<Handlers> handlers_;
     std::vector<EventType> types_;
     std::atomic<bool> ended_{false};

@@ -2,12 +2,12 @@
 
 #include <atomic>
 #include <cstddef>
-#include <unordered_map>
 #include <vector>
 
 #include <boost/smart_ptr/enable_shared_from_this.hpp>
 #include <boost/smart_ptr/intrusive_ptr.hpp>
 #include <boost/smart_ptr/intrusive_ref_counter.hpp>
+#include <boost/unordered/unordered_map.hpp>
 
 #include "core_api/event/EventManager.h"
 
@@ -61,9 +61,9 @@ public:
     void dispatch(const Event& event) const;
 
 private:
-    using Registrations = std::unordered_map<EventType, RegistrationPtr, EventTypeHash>;
-    using ByGate = std::unordered_map<DeliveryGate*, Registrations>;
-    using Rows = std::unordered_map<EventType, RowPtr, EventTypeHash>;
+    using Registrations = boost::unordered_map<EventType, RegistrationPtr, EventTypeHash>;
+    using ByGate = boost::unordered_map<DeliveryGate*, Registrations>;
+    using Rows = boost::unordered_map<EventType, RowPtr, EventTypeHash>;
 
     boost::intrusive_ptr<const Row> rowOf(const EventType& type) const;
     std::atomic<unsigned int>& heardBy(const EventType& type);

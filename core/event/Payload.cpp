@@ -12,7 +12,11 @@ void intrusive_ptr_add_ref(const Payload* payload) {
 }
 
 void intrusive_ptr_release(const Payload* payload) {
-    if (payload->uses_.fetch_sub(1, std::memory_order_acq_rel) == 1) delete payload;
+    // Nobody else can begin to use what has one use only: most payloads are spared the subtraction.
+    if (payload->uses_.load(std::memory_order_acquire) == 1 ||
+        payload->uses_.fetch_sub(1, std::memory_order_acq_rel) == 1) {
+        delete payload;
+    }
 }
 
 MatrixPayload::MatrixPayload(std::string id, const float* elements)

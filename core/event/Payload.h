@@ -26,7 +26,7 @@ private:
     friend void intrusive_ptr_release(const Payload* payload);
 
     const std::string text_;
-    mutable std::atomic<std::size_t> uses_{0};
+    mutable std::atomic<std::size_t> uses_{1};  // Whoever makes a payload owns it.
 };
 
 /// An id and a matrix that become a text on demand. Readers may race: the first finished text is
