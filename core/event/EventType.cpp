@@ -1,32 +1,14 @@
 #include "core_api/event/EventType.h"
 
-#include <algorithm>
-#include <cstdint>
-#include <cstring>
 #include <utility>
 
 #include <boost/thread/lock_guard.hpp>
 #include <boost/thread/mutex.hpp>
 
 #include "core/event/GrowingTable.h"
+#include "core/utils/TextHash.h"
 
 namespace vantorix::core::event {
-namespace {
-
-/// One step of a multiplicative hash; the shift brings the upper bits down.
-std::uint64_t mixed(std::uint64_t value) {
-    value *= 0x9E3779B97F4A7C15u;  // The golden ratio, Knuth, The Art of Computer Programming, 6.4.
-    return value ^ value >> 32;
-}
-
-std::uint64_t word(const char* bytes, std::size_t size) {
-    std::uint64_t result = 0;
-    std::memcpy(&result, bytes, size);
-    return result;
-}
-
-}  // namespace
-
 /// The names of the process: one object for each of the first names, found without a lock.
 class EventType::Names {
 public:
@@ -71,12 +53,7 @@ const std::string& EventType::getName() const {
 }
 
 std::size_t EventType::hashOf(const std::string& name) {
-    const char* const end = name.data() + name.size();
-    std::uint64_t hash = name.size();
-    for (const char* at = name.data(); end - at > 8; at += 8) hash = mixed(hash ^ word(at, 8));
-    // The last eight bytes, also where they overlap with the ones before.
-    const auto rest = std::min<std::size_t>(name.size(), 8);
-    return static_cast<std::size_t>(mixed(hash ^ word(end - rest, rest)));
+    return static_cast<std::size_t>(utils::textHash(name.data(), name.size()));
 }
 
 }  // namespace vantorix::core::event

@@ -1,6 +1,6 @@
 #include "scene/graph/NodeTable.h"
 
-#include <functional>
+#include "core/utils/TextHash.h"
 
 namespace vantorix::scene {
 
@@ -13,8 +13,10 @@ NodeTable::Answer NodeTable::find(const std::string& text, Node*& node) const {
         }
     }
     if (entries_.empty()) return NONE;
-    node = entries_[locate(hashOf(text), text)].node;
-    return node ? ONE : NONE;
+    const auto position = locate(hashOf(text), text);
+    if (tags_[position] == 0) return NONE;
+    node = entries_[position].node;
+    return ONE;
 }
 
 void NodeTable::fetchEntry(const std::string& text) const {
@@ -50,8 +52,8 @@ void NodeTable::insert(Node* node) {
     if (4 * (used_ + 1) > 3 * entries_.size()) grow();
     const auto hash = hashOf(text);
     const auto position = locate(hash, text);
-    if (!entries_[position].node) {
-        entries_[position] = Entry{hash, node};
+    if (tags_[position] == 0) {
+        write(position, Entry{hash, node});
         ++used_;
         return;
     }
@@ -61,7 +63,7 @@ void NodeTable::insert(Node* node) {
 
 void NodeTable::erase(Node* node) {
     const auto& text = textOf_(*node);
-    const auto found = shared_.find(text);
+    const auto found = shared_.empty() ? shared_.end() : shared_.find(text);
     if (found == shared_.end()) {
         if (!entries_.empty()) eraseEntry(locate(hashOf(text), text));
         return;
@@ -76,28 +78,36 @@ void NodeTable::erase(Node* node) {
 void NodeTable::clear() {
     entries_.clear();
     entries_.shrink_to_fit();
+    tags_.clear();
+    tags_.shrink_to_fit();
     used_ = 0;
     shared_.clear();
 }
 
 std::uint32_t NodeTable::hashOf(const std::string& text) {
-    const std::uint64_t hash = std::hash<std::string>{}(text);
-    return static_cast<std::uint32_t>(hash ^ (hash >> 32));
+    return static_cast<std::uint32_t>(core::utils::textHash(text.data(), text.size()));
 }
 
 std::size_t NodeTable::locate(std::uint32_t hash, const std::string& text) const {
     const auto mask = entries_.size() - 1;
+    const auto tag = tagOf(hash);
     auto position = hash & mask;
-    while (entries_[position].node &&
-           (entries_[position].hash != hash || textOf_(*entries_[position].node) != text)) {
-        position = (position + 1) & mask;
+    for (; tags_[position] != 0; position = (position + 1) & mask) {
+        if (tags_[position] != tag || entries_[position].hash != hash) continue;
+        if (textOf_(*entries_[position].node) == text) break;
     }
     return position;
+}
+
+void NodeTable::write(std::size_t position, const Entry& entry) {
+    entries_[position] = entry;
+    tags_[position] = entry.node ? tagOf(entry.hash) : std::uint8_t(0);
 }
 
 void NodeTable::grow() {
     std::vector<Entry> old(entries_.empty() ? 16 : 2 * entries_.size());
     old.swap(entries_);
+    tags_.assign(entries_.size(), 0);
     for (const auto& entry : old) {
         if (entry.node) place(entry);
     }
@@ -106,8 +116,8 @@ void NodeTable::grow() {
 void NodeTable::place(Entry entry) {
     const auto mask = entries_.size() - 1;
     auto position = entry.hash & mask;
-    while (entries_[position].node) position = (position + 1) & mask;
-    entries_[position] = entry;
+    while (tags_[position] != 0) position = (position + 1) & mask;
+    write(position, entry);
 }
 
 // Linear probing without tombstones: entries behind the gap move up when their probe passed it
@@ -119,11 +129,11 @@ void NodeTable::eraseEntry(std::size_t position) {
     for (auto next = (gap + 1) & mask; entries_[next].node; next = (next + 1) & mask) {
         const auto home = entries_[next].hash & mask;
         if (((next - home) & mask) >= ((next - gap) & mask)) {
-            entries_[gap] = entries_[next];
+            write(gap, entries_[next]);
             gap = next;
         }
     }
-    entries_[gap] = Entry{};
+    write(gap, Entry{});
     --used_;
 }
 

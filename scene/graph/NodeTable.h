@@ -14,9 +14,10 @@ class Node;
 /// Finds the nodes of one tree by one of their texts, the ID or the name.
 ///
 /// A text that one node carries stands in an open-addressing table that keeps 32 bits of the hash
-/// beside the node, so that a text is read only when it is probably the right one. Texts that were
-/// ever shared by several nodes are counted apart: which of them comes first in the tree, only a
-/// search tells.
+/// beside the node, so that a text is read only when it is probably the right one, and eight of
+/// them apart, so that a text that no node carries seldom takes more than these few bytes. Texts
+/// that were ever shared by several nodes are counted apart: which of them comes first in the tree,
+/// only a search tells.
 class NodeTable {
 public:
     using TextOf = const std::string& (*)(const Node&);
@@ -30,7 +31,9 @@ public:
     /// search, and may rememberFirst what it finds.
     Answer find(const std::string& text, Node*& node) const;
     /// Whether several nodes carry @p text, or did once.
-    bool isShared(const std::string& text) const { return shared_.count(text) > 0; }
+    bool isShared(const std::string& text) const {
+        return !shared_.empty() && shared_.count(text) > 0;
+    }
     /// Asks for the memory that find will read for @p text: that of its entry and, in a later call,
     /// when that has come, that of the node in it.
     /// @{
@@ -60,8 +63,15 @@ private:
     void place(Entry entry);
     void eraseEntry(std::size_t position);
 
+    /// What stands for an entry in tags_: eight bits that do not choose its home, never 0.
+    static std::uint8_t tagOf(std::uint32_t hash) {
+        return static_cast<std::uint8_t>(hash >> 24 | 1u);
+    }
+    void write(std::size_t position, const Entry& entry);
+
     TextOf textOf_;
-    std::vector<Entry> entries_;  ///< A power of two, at most 3/4 full; empty until first used.
+    std::vector<Entry> entries_;      ///< A power of two, at most 3/4 full; empty until first used.
+    std::vector<std::uint8_t> tags_;  ///< Of the entries; 0 where there is none.
     std::size_t used_ = 0;
     boost::unordered_map<std::string, Shared> shared_;
 };

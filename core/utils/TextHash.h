@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+namespace vantorix::core::utils {
+namespace text_hash {
+
+/// One step of a multiplicative hash (Knuth, The Art of Computer Programming, vol. 3, section 6.4);
+/// the shift brings the upper bits down.
+inline std::uint64_t mixed(std::uint64_t value) {
+    value *= 0x9E3779B97F4A7C15u;  // The golden ratio.
+    return value ^ value >> 32;
+}
+
+template <class Word>
+std::uint64_t load(const char* bytes) {
+    Word word;
+    std::memcpy(&word, bytes, sizeof(word));
+    return word;
+}
+
+/// The last eight bytes, or all of a shorter text. Sizes are constants: no call copies a few bytes.
+inline std::uint64_t lastBytes(const char* text, std::size_t size) {
+    if (size >= 8) return load<std::uint64_t>(text + size - 8);
+    if (size >= 4) return load<std::uint32_t>(text) | load<std::uint32_t>(text + size - 4) << 32;
+    if (size == 0) return 0;
+    return load<std::uint8_t>(text) | load<std::uint8_t>(text + size / 2) << 8 |
+           load<std::uint8_t>(text + size - 1) << 16;
+}
+
+}  // namespace text_hash
+
+/// A hash of any bytes for tables in memory; not stable between machines.
+inline std::uint64_t textHash(const char* text, std::size_t size) {
+    std::uint64_t hash = size;
+    for (std::size_t at = 0; at + 8 < size; at += 8) {
+        hash = text_hash::mixed(hash ^ text_hash::load<std::uint64_t>(text + at));
+    }
+    // The last eight bytes, also where they overlap with the ones before. Twice, since once leaves
+    // the lower bits of the hash without a trace of the last characters.
+    return text_hash::mixed(text_hash::mixed(hash ^ text_hash::lastBytes(text, size)));
+}
+
+}  // namespace vantorix::core::utils
