@@ -7,6 +7,8 @@
 
 #include <boost/smart_ptr/shared_ptr.hpp>
 
+#include "scene/graph/Dependents.h"
+
 namespace vantorix::scene {
 
 class Node;
@@ -55,6 +57,9 @@ public:
     /// The ticket of the next child to come. It falls when the row was numbered anew.
     std::uint32_t nextTicket() const { return nextTicket_; }
 
+    /// Here, since only nodes with children have some.
+    Dependents& dependents() { return dependents_; }
+
 private:
     struct Slot {
         boost::shared_ptr<Node> child;
@@ -69,6 +74,7 @@ private:
     std::size_t head_ = 0;  ///< Slots before it are empty for good.
     std::size_t live_ = 0;
     std::uint32_t nextTicket_ = 0;
+    Dependents dependents_;
 };
 
 }  // namespace vantorix::scene

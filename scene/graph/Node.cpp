@@ -169,9 +169,8 @@ bool Node::isAnythingHeard() const {
            isHeard(events::nodeNewChild) || isHeard(events::sceneTopologyUpdate);
 }
 
-// The node, its scene and the event manager outlive the handlers, whatever these release.
+// The scene and the event manager outlive the handlers, whatever these release.
 void Node::dispatch(const core::event::EventType& type, core::event::EventData data) const {
-    const auto self = weak_from_this().lock();
     const auto scene = sceneManager_.lock();
     const auto manager = scene ? scene->getEventManager() : nullptr;
     if (manager) manager->triggerEvent(core::event::Event(type, std::move(data), std::string()));

@@ -23,6 +23,7 @@ namespace vantorix::scene {
 
 class Camera;
 class ChildRow;
+struct Dependents;
 class InstanceController;
 class InstanceGeometry;
 class ITransformation;
@@ -238,20 +239,24 @@ private:
     /// As setTranslation, setRotation and setScale with those of @p other.
     void copyPlacement(const Node& other);
     void applyElement(ITransformation& element);
-    void updateLocalMatrix();
+    VANTORIX_SCENE_NO_EXPORT void updateLocalMatrix();
 
-    void cacheWorldMatrix() const;
+    // What every move and query goes through is hidden, so that the compiler may inline it.
+    VANTORIX_SCENE_NO_EXPORT void cacheWorldMatrix() const;
     Eigen::Matrix4f combineFromTop(Eigen::Matrix4f Node::*own) const;
-    void adoptWorldMatrix(const Node* parent) const;
-    void linkToParent(const Node& parent) const;
+    VANTORIX_SCENE_NO_EXPORT void adoptWorldMatrix(const Node* parent) const;
+    VANTORIX_SCENE_NO_EXPORT void linkToParent(const Node& parent) const;
     void unlinkFromParent() const;
-    void forgetWorldMatrix() const;
-    void forgetDependents() const;
+    VANTORIX_SCENE_NO_EXPORT void forgetWorldMatrix() const;
+    VANTORIX_SCENE_NO_EXPORT void forgetDependents() const;
+    VANTORIX_SCENE_NO_EXPORT Dependents* listedBelow() const;
 
-    bool isHeard(const core::event::EventType& type) const;
+    VANTORIX_SCENE_NO_EXPORT bool isHeard(const core::event::EventType& type) const;
     bool isAnythingHeard() const;
-    void dispatch(const core::event::EventType& type, core::event::EventData data) const;
-    void sendEmpty(const core::event::EventType& type) const;
+    /// Nothing of this node may be touched afterwards, unless the caller keeps it alive.
+    VANTORIX_SCENE_NO_EXPORT void dispatch(const core::event::EventType& type,
+                                           core::event::EventData data) const;
+    VANTORIX_SCENE_NO_EXPORT void sendEmpty(const core::event::EventType& type) const;
     void sendLayerEvent(const core::event::EventType& type, int layer) const;
     void announceNewChild(Node& child);
 
@@ -269,12 +274,11 @@ private:
 
     // A node whose world matrix is cached stands in its parent's list of dependents. Stale marks
     // go down these lists only, so that neither wide nor deep trees pay for nodes nobody asked.
-    mutable Node* firstDependent_ = nullptr;
-    mutable Node* nextDependent_ = nullptr;
-    mutable Node** dependentLink_ = nullptr;  ///< The pointer that points here; null when unlisted.
+    static constexpr auto unlisted = static_cast<std::uint32_t>(-1);
+    mutable std::uint32_t dependentPlace_ = unlisted;  ///< In the list of parentPointer_.
     mutable bool worldCached_ = false;
 
-    Eigen::Vector3f translation_ = Eigen::Vector3f::Zero();
+    Eigen::Vector4f translation_ = Eigen::Vector4f::Zero();  ///< The last element stays 0.
     Eigen::Vector3f scaling_ = Eigen::Vector3f::Ones();
     Eigen::Matrix4f rotation_ = Eigen::Matrix4f::Identity();
     Eigen::Matrix4f localMatrix_ = Eigen::Matrix4f::Identity();

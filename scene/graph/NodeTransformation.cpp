@@ -1,11 +1,13 @@
 #include <utility>
 
 #include <Eigen/SVD>
+#include <boost/container/small_vector.hpp>
 #include <boost/unordered/unordered_set.hpp>
 
 #include "core_api/event/EventData.h"
 #include "core_api/utils/Matrix.h"
 
+#include "scene/graph/ChildRow.h"
 #include "scene/graph/Node.h"
 #include "scene/graph/NodeExtras.h"
 #include "scene/graph/SceneEvents.h"
@@ -21,21 +23,22 @@ namespace vantorix::scene {
 void Node::move(const Eigen::Vector3f& offset) {
     // The product first: scaling the turned offset instead would round differently.
     const Eigen::Matrix4f product = scaling_.homogeneous().asDiagonal() * rotation_;
-    translation_ += product.topLeftCorner<3, 3>() * offset + product.topRightCorner<3, 1>();
+    translation_.head<3>() +=
+        product.topLeftCorner<3, 3>() * offset + product.topRightCorner<3, 1>();
     triggerTransformationUpdate();
 }
 
 void Node::move(float x, float y, float z) { move(Eigen::Vector3f(x, y, z)); }
 
 void Node::addTranslation(const Eigen::Vector3f& offset) {
-    translation_ += offset;
+    translation_.head<3>() += offset;
     triggerTransformationUpdate();
 }
 
 void Node::addTranslation(float x, float y, float z) { addTranslation(Eigen::Vector3f(x, y, z)); }
 
 void Node::setTranslation(const Eigen::Translation<float, 3>& translation) {
-    translation_ = translation.vector();
+    translation_.head<3>() = translation.vector();
     triggerTransformationUpdate();
 }
 
@@ -62,7 +65,7 @@ void Node::addTransformation(const Eigen::Matrix4f& matrix) {
     // The argument may be this node's own local matrix: read it before anything changes.
     const Eigen::Vector3f offset = matrix.topRightCorner<3, 1>();
     rotation_ = (rotation_ * matrix).eval();
-    translation_ += offset;
+    translation_.head<3>() += offset;
     triggerTransformationUpdate();
 }
 
@@ -76,7 +79,7 @@ void Node::addTransformation(boost::shared_ptr<ITransformation> element) {
 
 void Node::setTransformations(const Eigen::Translation<float, 3>& translation,
                               const Eigen::Matrix4f& rotation) {
-    translation_ = translation.vector();
+    translation_.head<3>() = translation.vector();
     rotation_ = rotation;
     triggerTransformationUpdate();
 }
@@ -106,7 +109,7 @@ void Node::copyPlacement(const Node& other) {
 }
 
 void Node::takePlacement(const Eigen::Matrix4f& matrix) {
-    translation_ = matrix.topRightCorner<3, 1>();
+    translation_.head<3>() = matrix.topRightCorner<3, 1>();
     for (Eigen::Index column = 0; column < 3; ++column) {
         const Eigen::Vector3f axis = matrix.block<3, 1>(0, column);
         rotation_.block<3, 1>(0, column) = axis / axis.norm();  // No guard: defined so.
@@ -123,7 +126,7 @@ void Node::setOriginalTransformations(std::vector<boost::shared_ptr<ITransformat
 }
 
 Eigen::Translation<float, 3> Node::getTranslation() const {
-    return Eigen::Translation<float, 3>(translation_);
+    return Eigen::Translation<float, 3>(translation_.head<3>());
 }
 
 void Node::turn(const Eigen::Matrix3f& rotation) {
@@ -133,7 +136,7 @@ void Node::turn(const Eigen::Matrix3f& rotation) {
 // The polar decomposition by way of the singular values: A = U S V' = (U V') (V S V'). A mirrored
 // matrix turns by the negated orthogonal factor and scales by negated factors, the same product.
 void Node::applyMatrix(const Eigen::Matrix4f& matrix) {
-    translation_ += matrix.topRightCorner<3, 1>();
+    translation_.head<3>() += matrix.topRightCorner<3, 1>();
     const Eigen::Matrix3f block = matrix.topLeftCorner<3, 3>();
     if (!block.allFinite()) return;
     const Eigen::JacobiSVD<Eigen::Matrix3f> split(block, Eigen::ComputeFullU | Eigen::ComputeFullV);
@@ -153,17 +156,16 @@ void Node::applyElement(ITransformation& element) {
     } else if (auto* const scaling = dynamic_cast<TransformationScale*>(&element)) {
         if (scaling->getScale().size() >= 3) scaling_ = toEigen(scaling->getScale());
     } else if (auto* const translate = dynamic_cast<TransformationTranslate*>(&element)) {
-        translation_ += toEigen(translate->getTranslation());
+        translation_.head<3>() += toEigen(translate->getTranslation());
     }
 }
 
 void Node::updateLocalMatrix() {
-    const Eigen::Vector4f offset(translation_.x(), translation_.y(), translation_.z(), 0.0f);
     for (Eigen::Index column = 0; column < 3; ++column) {
         localMatrix_.col(column) =
-            (rotation_.col(column) + offset * rotation_(3, column)) * scaling_(column);
+            (rotation_.col(column) + translation_ * rotation_(3, column)) * scaling_(column);
     }
-    localMatrix_.col(3) = rotation_.col(3) + offset * rotation_(3, 3);
+    localMatrix_.col(3) = rotation_.col(3) + translation_ * rotation_(3, 3);
     forgetWorldMatrix();
 }
 
@@ -203,7 +205,7 @@ void Node::cacheWorldMatrix() const {
     const Node* const parent = liveParent();
     if (parent && attachments_ == 0) return;
     if (!parent || parent->worldCached_) return adoptWorldMatrix(parent);
-    std::vector<const Node*> path{this};
+    boost::container::small_vector<const Node*, 32> path{this};
     const Node* landmark = this;  // Moved ahead at powers of two: a circle comes back to it.
     for (const Node* node = parent; node && !node->worldCached_; node = node->liveParent()) {
         if (node == landmark || (node->attachments_ == 0 && node->liveParent())) return;
@@ -227,20 +229,19 @@ void Node::adoptWorldMatrix(const Node* parent) const {
 }
 
 void Node::linkToParent(const Node& parent) const {
-    if (dependentLink_) return;
-    auto* const self = const_cast<Node*>(this);
-    nextDependent_ = parent.firstDependent_;
-    if (nextDependent_) nextDependent_->dependentLink_ = &self->nextDependent_;
-    parent.firstDependent_ = self;
-    dependentLink_ = &parent.firstDependent_;
+    if (dependentPlace_ != unlisted) return;
+    auto& dependents = parent.children_->dependents().nodes;
+    dependents.push_back(const_cast<Node*>(this));
+    dependentPlace_ = static_cast<std::uint32_t>(dependents.size() - 1);
 }
 
 void Node::unlinkFromParent() const {
-    if (!dependentLink_) return;
-    *dependentLink_ = nextDependent_;
-    if (nextDependent_) nextDependent_->dependentLink_ = dependentLink_;
-    nextDependent_ = nullptr;
-    dependentLink_ = nullptr;
+    if (dependentPlace_ == unlisted) return;
+    auto& dependents = parentPointer_->children_->dependents().nodes;
+    dependents[dependentPlace_] = dependents.back();
+    dependents[dependentPlace_]->dependentPlace_ = dependentPlace_;
+    dependents.pop_back();
+    dependentPlace_ = unlisted;
 }
 
 void Node::forgetWorldMatrix() const {
@@ -249,20 +250,26 @@ void Node::forgetWorldMatrix() const {
     forgetDependents();
 }
 
-// Takes every list below apart, in a loop: whoever is asked again lists itself again.
+// Empties every list below, in a loop: whoever is asked again lists itself again.
 void Node::forgetDependents() const {
-    Node* pending = std::exchange(firstDependent_, nullptr);
+    Dependents* pending = listedBelow();
     while (pending) {
-        Node* const node = pending;
-        pending = std::exchange(node->nextDependent_, nullptr);
-        node->dependentLink_ = nullptr;
-        node->worldCached_ = false;
-        while (Node* const below = node->firstDependent_) {
-            node->firstDependent_ = below->nextDependent_;
-            below->nextDependent_ = pending;
-            pending = below;
+        auto& dependents = *pending;
+        pending = std::exchange(dependents.next, nullptr);
+        for (const Node* const node : dependents.nodes) {
+            node->dependentPlace_ = unlisted;
+            node->worldCached_ = false;
+            if (auto* const below = node->listedBelow()) {
+                below->next = std::exchange(pending, below);
+            }
         }
+        dependents.nodes.clear();
     }
+}
+
+Dependents* Node::listedBelow() const {
+    if (!children_ || children_->dependents().nodes.empty()) return nullptr;
+    return &children_->dependents();
 }
 
 }  // namespace vantorix::scene

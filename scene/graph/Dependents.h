@@ -1,0 +1,17 @@
+#pragma once
+
+#include <vector>
+
+namespace vantorix::scene {
+
+class Node;
+
+/// The children of one node that listed themselves since the node's world matrix last changed.
+/// An array, since its nodes can be fetched side by side, where those of a linked list come one
+/// after the other.
+struct Dependents {
+    std::vector<Node*> nodes;    ///< Each knows its place; in no particular order.
+    Dependents* next = nullptr;  ///< The list to be emptied after this one, while that goes on.
+};
+
+}  // namespace vantorix::scene
