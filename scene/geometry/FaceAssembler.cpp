@@ -72,6 +72,24 @@ FaceAssembler::Value FaceAssembler::value(StreamSemantic semantic, std::size_t s
     return {inputs_.size(), 0, Eigen::Vector3f::Zero()};
 }
 
+void FaceAssembler::readValues(StreamSemantic semantic, std::size_t first, std::size_t count,
+                               std::vector<Value>& values) const {
+    values.clear();
+    std::size_t likely = inputs_.size();
+    while (likely > 0 && inputs_[likely - 1].semantic != semantic) --likely;
+    const bool isLikely = likely > 0 && inputs_[likely - 1].tuples.size() > 0;
+    for (std::size_t start = first * stride_; values.size() < count; start += stride_) {
+        const float* const floats = isLikely ? find(inputs_[likely - 1], start) : nullptr;
+        if (floats) {
+            const auto& input = inputs_[likely - 1];
+            values.push_back(
+                {likely - 1, indexStream_[start + input.slot], input.tuples.toVector(floats)});
+        } else {
+            values.push_back(value(semantic, start));
+        }
+    }
+}
+
 Eigen::Vector3f FaceAssembler::pack(std::size_t corner, std::size_t start,
                                     PackedCorners& corners) const {
     Eigen::Vector3f position = Eigen::Vector3f::Zero();

@@ -44,6 +44,10 @@ public:
     /// That value; zeros, from an input of their own, when it gets none.
     Value value(StreamSemantic semantic, std::size_t start) const;
 
+    /// Those of @p count records, from record number @p first on, take the place of @p values.
+    void readValues(StreamSemantic semantic, std::size_t first, std::size_t count,
+                    std::vector<Value>& values) const;
+
     /// The position that the triangle's vertex gets from the record at index @p start.
     Eigen::Vector3f position(std::size_t start) const {
         for (const auto& input : positions_) {

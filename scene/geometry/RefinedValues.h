@@ -97,10 +97,10 @@ private:
             cornerNumbers_[i] = numberOf(corners[i]);
             if (cornerNumbers_[i] != EdgeTable::unset) continue;
             newCorners_.push_back(i);
-            appendNew(corners[i].floats.template head<Size>());
+            newValues_.push_back(corners[i].floats.template head<Size>());
         }
         newIndices_.resize(newCorners_.size());
-        corners_.insertValues(Size, newValues_.data(), newCorners_.size(), newIndices_.data());
+        store(corners_, newIndices_.data());
         for (std::size_t i = 0; i < newCorners_.size(); ++i) {
             const auto number = static_cast<std::uint32_t>(newIndices_[i]);
             cornerNumbers_[newCorners_[i]] = numberOf(corners[newCorners_[i]]) = number;
@@ -138,13 +138,15 @@ private:
     }
 
     Met meet(const Value& value) {
-        appendNew(value);
+        newValues_.push_back(value);
         sources_.push_back(places_.size());
         return static_cast<Met>(indices_.size() + sources_.size() - 1);
     }
 
-    void appendNew(const Value& value) {
-        newValues_.insert(newValues_.end(), value.data(), value.data() + Size);
+    void store(Stream& stream, int* indices) const {
+        static_assert(sizeof(Value) == Size * sizeof(float));
+        if (newValues_.empty()) return;
+        stream.insertValues(Size, newValues_.front().data(), newValues_.size(), indices);
     }
 
     template <typename OnNew>
@@ -152,7 +154,7 @@ private:
         const std::size_t first = indices_.size();
         indices_.resize(first + sources_.size());
         int stored = stream_->count;
-        stream_->insertValues(Size, newValues_.data(), sources_.size(), indices_.data() + first);
+        store(*stream_, indices_.data() + first);
         for (std::size_t i = 0; i < sources_.size(); ++i) {
             if (indices_[first + i] != stored) continue;  // Another corner's or edge's value.
             ++stored;
@@ -171,7 +173,7 @@ private:
 
     std::vector<Met> places_;           // Of the last block, PLACES for each triangle.
     std::vector<std::size_t> sources_;  // Of new values: where among the places they are met.
-    std::vector<float> newValues_;
+    std::vector<Value> newValues_;
     std::vector<std::uint32_t> cornerNumbers_;
     std::vector<std::size_t> newCorners_;
     std::vector<int> newIndices_;

@@ -84,10 +84,7 @@ void TriangleSplit::run(RefinedInfluences* influences, const std::vector<unsigne
 template <typename Values, typename OnNew>
 void TriangleSplit::split(Values& values, StreamSemantic semantic, Block block, std::size_t slot,
                           OnNew onNew) {
-    corners_.clear();
-    for (std::size_t i = 3 * block.first; i < 3 * (block.first + block.count); ++i) {
-        corners_.push_back(faces_.value(semantic, i * stride_));
-    }
+    faces_.readValues(semantic, 3 * block.first, 3 * block.count, corners_);
     values.addBlock(corners_, onNew);
     const std::size_t size = recordSize();
     std::size_t place = block.first * splitCorners.size() * size + slot;

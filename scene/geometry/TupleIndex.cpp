@@ -144,6 +144,12 @@ void TupleIndex::insertAll(FloatArray& values, std::size_t stride, const float* 
     insertEach<0>(values, tuples, count, indices);
 }
 
+// Where there is room a few single floats come in faster than a range, and none can fail.
+void TupleIndex::append(FloatArray& values, const float* value, std::size_t stride) {
+    if (values.capacity() - values.size() < stride) return values.append(value, stride);
+    for (std::size_t i = 0; i < stride; ++i) values.floats_.push_back(value[i]);
+}
+
 template <std::size_t FixedStride>
 void TupleIndex::insertEach(FloatArray& values, const float* tuples, std::size_t count,
                             int* indices) {
@@ -167,7 +173,7 @@ void TupleIndex::insertEach(FloatArray& values, const float* tuples, std::size_t
         std::size_t tuple = searchFor<FixedStride>(read.data(), value);
         if (tuple == none) {
             tuple = indexed_;
-            values.append(value, stride);
+            append(values, value, stride);
             enter(tuple);
         }
         indices[i] = static_cast<int>(tuple);

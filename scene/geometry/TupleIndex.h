@@ -53,6 +53,7 @@ private:
     std::size_t search(const FloatArray& values, const float* value);
     template <std::size_t FixedStride>
     std::size_t searchFor(const float* floats, const float* value);
+    static void append(FloatArray& values, const float* value, std::size_t stride);
     template <std::size_t FixedStride>
     void insertEach(FloatArray& values, const float* tuples, std::size_t count, int* indices);
     void enter(std::size_t tuple);
