@@ -156,7 +156,8 @@ def read_comparisons(folder, results):
 def summary(comparisons):
     rows = {}
     for comparison in comparisons:
-        if comparison.limit() is not None:
+        numbered = comparison.line["row"][-1].isdigit()  # The others are shown beside the rows.
+        if numbered and comparison.limit() is not None:
             rows.setdefault(comparison.line["row"], []).append(comparison)
     met = [row for row, parts in rows.items() if all(part.is_met() for part in parts)]
     near = [row for row, parts in rows.items() if all(part.is_near() for part in parts)]
