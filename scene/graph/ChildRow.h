@@ -38,7 +38,7 @@ public:
     boost::shared_ptr<Node> take(std::size_t slot);
 
     /// A row that waits behind this one, where rows are queued for their release.
-    std::unique_ptr<ChildRow> next;
+    std::unique_ptr<ChildRow>& next() { return next_; }
 
     std::size_t size() const { return live_; }
 
@@ -75,6 +75,7 @@ private:
     std::size_t live_ = 0;
     std::uint32_t nextTicket_ = 0;
     Dependents dependents_;
+    std::unique_ptr<ChildRow> next_;
 };
 
 }  // namespace vantorix::scene

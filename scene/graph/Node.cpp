@@ -115,7 +115,7 @@ void Node::releaseChildren() {
         children_->inSlot(slot)->loseAttachment();
     }
     if (waiting) {
-        children_->next.swap(*waiting);
+        children_->next().swap(*waiting);
         waiting->swap(children_);
         return;
     }
@@ -123,7 +123,7 @@ void Node::releaseChildren() {
     waiting = &queue;
     while (queue) {
         const auto released = std::move(queue);
-        queue = std::move(released->next);
+        queue = std::move(released->next());
     }
     waiting = nullptr;
 }
