@@ -113,11 +113,7 @@ ExitCode CheckCommand::writeJson(const Console& console) {
         isClean_ = isClean_ && findings.empty();
         documents.push_back(findingsJson(file, findings));
     });
-    if (files_.size() > 1) {
-        console.write(jsonText(documents, 2) + "\n");
-    } else if (code == DONE) {
-        console.write(jsonText(documents[0], 2) + "\n");
-    }
+    console.write(documentsText(documents, files_.size()));
     return code;
 }
 

@@ -48,11 +48,7 @@ ExitCode InfoCommand::writeJson(const Console& console) const {
     const ExitCode code = forEachFile(files_, console, [&](const std::string& file) {
         documents.push_back(summaryJson(summaryOf(file, console)));
     });
-    if (files_.size() > 1) {
-        console.write(jsonText(documents, 2) + "\n");
-    } else if (code == DONE) {
-        console.write(jsonText(documents[0], 2) + "\n");
-    }
+    console.write(documentsText(documents, files_.size()));
     return code;
 }
 

@@ -23,4 +23,9 @@ std::string jsonText(const Json& document, int indent) {
     return document.dump(indent, ' ', false, Json::error_handler_t::replace);
 }
 
+std::string documentsText(const nlohmann::ordered_json& documents, std::size_t files) {
+    if (files > 1) return jsonText(documents, 2) + "\n";
+    return documents.empty() ? std::string() : jsonText(documents[0], 2) + "\n";
+}
+
 }  // namespace vantorix::apps::cli

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 
 #include <nlohmann/json_fwd.hpp>
@@ -13,5 +14,9 @@ nlohmann::ordered_json jsonNumber(float number);
 /// @p document as text with @p indent blanks per level, on one line when it is -1. Bytes that are
 /// not UTF-8 become replacement characters.
 std::string jsonText(const nlohmann::ordered_json& document, int indent);
+
+/// What a command writes that was given @p files files and made a document of each that it could
+/// read: the list of documents, or of one file the document itself, or nothing.
+std::string documentsText(const nlohmann::ordered_json& documents, std::size_t files);
 
 }  // namespace vantorix::apps::cli
