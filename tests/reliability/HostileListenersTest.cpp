@@ -7,6 +7,7 @@
 #include <stdexcept>
 
 #include <boost/make_shared.hpp>
+#include <boost/thread/thread.hpp>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -101,6 +102,8 @@ public:
 
 private:
     void hear(const Event& event, boost::shared_ptr<EventBase>& self) {
+        // What the scene's own thread announces would have to be answered under the scene lock.
+        if (boost::this_thread::get_id() != home_) return;
         if (depth_ > 1 || left_ == 0) return;
         --left_;
         struct Depth {
@@ -116,6 +119,7 @@ private:
     const Hostility& hostility_;
     std::vector<boost::shared_ptr<EventManager>> managers_;
     Listeners listeners_;
+    const boost::thread::id home_ = boost::this_thread::get_id();
     int depth_ = 0;
     int left_ = 0;
     int turns_ = 0;
