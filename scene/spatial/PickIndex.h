@@ -22,8 +22,8 @@ class PickIndex {
 public:
     struct Triangle {
         std::array<Eigen::Vector3f, 3> positions;
-        std::uint32_t face;
-        std::uint32_t secondCorner;  ///< The corners of the face are 0, this one and the next.
+        std::uint32_t face = 0;
+        std::uint32_t secondCorner = 0;  ///< The corners of the face are 0, this one and the next.
     };
     struct Hit : RayTest::Hit {
         std::uint32_t face = 0;
