@@ -70,8 +70,8 @@ void EventBase::registerToListen(EventType type) {
 
 void EventBase::registerHandler(EventType type, boost::function<void(Event)> handler) {
     if (!handler) return;
-    registerToListen(type);  // First: what fails may be tried again without a second handler.
-    handlers().addHandler(type, std::move(handler));
+    // The handler first: an event may arrive as soon as this listens.
+    handlers().addHandler(type, std::move(handler), [&] { registerToListen(type); });
 }
 
 void EventBase::triggerEvent(std::string type, std::string data) {

@@ -33,14 +33,15 @@ boost::shared_ptr<EventManager> EventHandlers::replaceManager(
     return manager;
 }
 
-void EventHandlers::addHandler(const EventType& type, Handler handler) {
-    std::unique_ptr<Handlers::Entry> entry(new Handlers::Entry{std::move(handler), nullptr});
+EventHandlers::Handlers::Entry& EventHandlers::append(const EventType& type, Handler handler) {
+    auto entry = std::make_unique<Handlers::Entry>(std::move(handler));
     const Lock lock(mutex_);
     auto& handlers = findOrAdd(type);
     auto* const last = handlers.last.load(std::memory_order_relaxed);
     auto& place = last ? last->next : handlers.first;
     place = std::move(entry);
     handlers.last.store(place.get(), std::memory_order_release);
+    return *place;
 }
 
 bool EventHandlers::addType(const EventType& type) {
@@ -63,14 +64,24 @@ std::vector<EventType> EventHandlers::getTypes() const {
     return types_;
 }
 
-void EventHandlers::call(const Event& event) const {
+void EventHandlers::call(const Event& event) const { callEach(event); }
+
+void EventHandlers::call(Event&& event) const { callEach(std::move(event)); }
+
+// The last handler gets an expiring event itself.
+template <class AnyEvent>
+void EventHandlers::callEach(AnyEvent&& event) const {
     const auto* const handlers = find(event.getEventType());
     const auto* const last = handlers ? handlers->last.load(std::memory_order_acquire) : nullptr;
     if (!last) return;
     for (const auto* entry = handlers->first.get();; entry = entry->next.get()) {
         if (ended_.load(std::memory_order_acquire)) return;
-        entry->handler(event);
-        if (entry == last) return;
+        const bool isCalled = !entry->isTakenBack.load(std::memory_order_acquire);
+        if (entry == last) {
+            if (isCalled) entry->handler(std::forward<AnyEvent>(event));
+            return;
+        }
+        if (isCalled) entry->handler(std::as_const(event));
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include <boost/function.hpp>
@@ -32,7 +33,17 @@ public:
     /// Returns the event manager so far.
     boost::shared_ptr<EventManager> replaceManager(boost::shared_ptr<EventManager> manager);
 
-    void addHandler(const EventType& type, Handler handler);
+    /// Adds @p handler, then runs @p listen; takes the handler back when that throws.
+    template <class Listen>
+    void addHandler(const EventType& type, Handler handler, const Listen& listen) {
+        auto& entry = append(type, std::move(handler));
+        try {
+            listen();
+        } catch (...) {
+            entry.isTakenBack.store(true, std::memory_order_release);
+            throw;
+        }
+    }
 
     /// Returns false when the type was listened to already.
     bool addType(const EventType& type);
@@ -43,7 +54,10 @@ public:
     std::vector<EventType> getTypes() const;
 
     /// Calls the handlers that the event's type has now, until end() is called.
+    /// @{
     void call(const Event& event) const;
+    void call(Event&& event) const;
+    /// @}
     void end() { ended_.store(true, std::memory_order_release); }
 
     /// Held while registrations are moved from one event manager to another, never while a handler
@@ -54,8 +68,11 @@ private:
     /// The handlers of one type: a list that only grows.
     struct Handlers {
         struct Entry {
+            explicit Entry(Handler itsHandler) : handler(std::move(itsHandler)) {}
+
             Handler handler;
             std::unique_ptr<Entry> next;
+            std::atomic<bool> isTakenBack{false};
         };
 
         explicit Handlers(const EventType& itsType) : type(itsType) {}
@@ -67,6 +84,9 @@ private:
         std::atomic<Entry*> last{nullptr};  // Everything up to here stays as it is.
     };
 
+    Handlers::Entry& append(const EventType& type, Handler handler);
+    template <class AnyEvent>
+    void callEach(AnyEvent&& event) const;
     Handlers* find(const EventType& type) const;
     Handlers& findOrAdd(const EventType& type);
 

@@ -38,13 +38,16 @@ std::vector<EventType> EventManager::getListenedTypes() const { return registry_
 
 void EventManager::triggerEvent(Event event) {
     // Nothing after this call: a listener may release the event manager.
-    if (isHashHeard(event.getEventType().getHash())) registry_->dispatch(event);
+    if (isHashHeard(event.getEventType().getHash())) registry_->dispatch(std::move(event));
 }
 
 void EventManager::triggerEvent(std::string type, std::string data) {
     const auto hash = EventType::hashOf(type);
-    if (!isSubclass() && !isHashHeard(hash)) return;
-    triggerEvent(Event(EventType(std::move(type), hash), EventData(std::move(data))));
+    if (isSubclass()) {
+        triggerEvent(Event(EventType(std::move(type), hash), EventData(std::move(data))));
+    } else if (isHashHeard(hash)) {
+        registry_->dispatch(type, hash, EventData(std::move(data)));
+    }
 }
 
 }  // namespace vantorix::core::event

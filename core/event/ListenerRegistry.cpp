@@ -18,10 +18,11 @@ namespace {
 using Lock = boost::lock_guard<SpinLock>;
 using Row = ListenerRegistry::Row;
 using RowPtr = ListenerRegistry::RowPtr;
+using RegistrationPtr = ListenerRegistry::RegistrationPtr;
 
 /// The registrations that have not ended.
 RowPtr closedUp(const Row& row) {
-    RowPtr result(new Row);
+    RowPtr result(new Row(row.type));
     result->registrations.reserve(row.used + 1);
     for (const auto& registration : row.registrations) {
         if (!registration || registration->ended.load(std::memory_order_relaxed)) continue;
@@ -34,11 +35,39 @@ RowPtr closedUp(const Row& row) {
 
 /// A row that may be changed: a dispatch keeps the old one.
 Row& changeable(RowPtr& row) {
-    if (row->use_count() > 1) row = closedUp(*row);
+    if (row->isRead()) row = closedUp(*row);
     return *row;
 }
 
 }  // namespace
+
+/// A dispatch's stay in the row of a type, as it is when that begins.
+class ListenerRegistry::Reading {
+public:
+    template <class... Key>
+    explicit Reading(const ListenerRegistry& registry, const Key&... key) : row_(nullptr) {
+        const Lock lock(registry.lock_);
+        const auto found = registry.rows_.find(key...);
+        if (found == registry.rows_.end()) return;
+        row_ = found->second.get();
+        row_->begin();
+    }
+    ~Reading() {
+        if (row_) row_->end();
+    }
+    Reading(const Reading&) = delete;
+    Reading& operator=(const Reading&) = delete;
+
+    /// Null when nobody is registered.
+    const EventType* type() const { return row_ ? &row_->type : nullptr; }
+    const RegistrationPtr* begin() const { return row_ ? row_->registrations.data() : nullptr; }
+    const RegistrationPtr* end() const {
+        return row_ ? begin() + row_->registrations.size() : nullptr;
+    }
+
+private:
+    Row* row_;
+};
 
 ListenerRegistry::Registration::Registration(EventListener& heard)
     : listener(heard),
@@ -46,14 +75,15 @@ ListenerRegistry::Registration::Registration(EventListener& heard)
       handlers(typeid(heard) == typeid(EventBase) ? static_cast<EventHandlers*>(gate.get())
                                                   : nullptr) {}
 
-void ListenerRegistry::Registration::deliver(const Event& event) const {
+template <class AnyEvent>
+void ListenerRegistry::Registration::deliver(AnyEvent&& event) const {
     if (ended.load(std::memory_order_acquire)) return;
     if (handlers) {  // Nobody overrides handleEvent(): what it would do, without the visit.
-        handlers->call(event);
+        handlers->call(std::forward<AnyEvent>(event));
         return;
     }
     const DeliveryGate::Visit visit(*gate);
-    if (visit.isInside()) listener.handleEvent(event);
+    if (visit.isInside()) listener.handleEvent(std::forward<AnyEvent>(event));
 }
 
 void ListenerRegistry::close() {
@@ -146,19 +176,31 @@ std::vector<EventType> ListenerRegistry::types() const {
     return result;
 }
 
-void ListenerRegistry::dispatch(const Event& event) const {
-    const auto row = rowOf(event.getEventType());
-    if (!row) return;
-    for (const auto& registration : row->registrations) {
-        if (registration) registration->deliver(event);
-    }
+void ListenerRegistry::dispatch(Event event) const {
+    const Reading row(*this, event.getEventType());
+    deliverToAll(row, std::move(event));
 }
 
-boost::intrusive_ptr<const Row> ListenerRegistry::rowOf(const EventType& type) const {
-    const Lock lock(lock_);
-    const auto found = rows_.find(type);
-    if (found == rows_.end()) return nullptr;
-    return found->second;
+// Finds the row by the text, without an event type to be made from it first.
+void ListenerRegistry::dispatch(const std::string& name, std::size_t hash, EventData data) const {
+    const auto hashOf = [hash](const std::string&) { return hash; };
+    const auto isNamed = [](const std::string& wanted, const EventType& type) {
+        return type.getName() == wanted;
+    };
+    const Reading row(*this, name, hashOf, isNamed);
+    if (row.type()) deliverToAll(row, Event(*row.type(), std::move(data)));
+}
+
+// The last listener gets the event itself: for a single one, its payload is never counted.
+void ListenerRegistry::deliverToAll(const Reading& row, Event event) {
+    for (const auto& registration : row) {
+        if (!registration) continue;
+        if (&registration + 1 == row.end()) {
+            registration->deliver(std::move(event));
+        } else {
+            registration->deliver(std::as_const(event));
+        }
+    }
 }
 
 std::atomic<unsigned int>& ListenerRegistry::heardBy(const EventType& type) {
@@ -168,7 +210,7 @@ std::atomic<unsigned int>& ListenerRegistry::heardBy(const EventType& type) {
 void ListenerRegistry::append(const EventType& type, const RegistrationPtr& registration) {
     const auto found = rows_.try_emplace(type).first;
     try {
-        if (!found->second) found->second = new Row;
+        if (!found->second) found->second.reset(new Row(type));
         auto& row = changeable(found->second);
         registration->position = row.registrations.size();
         row.registrations.push_back(registration);
@@ -189,9 +231,9 @@ void ListenerRegistry::end(const EventType& type, Registration& registration) {
         rows_.erase(found);
         return;
     }
-    const bool isDispatched = row.use_count() > 1;
-    if (!isDispatched) row.registrations[registration.position].reset();
-    if (isDispatched || row.used < row.registrations.size() / 2) closeUp(found->second);
+    const bool isRead = row.isRead();
+    if (!isRead) row.registrations[registration.position].reset();
+    if (isRead || row.used < row.registrations.size() / 2) closeUp(found->second);
 }
 
 void ListenerRegistry::closeUp(RowPtr& row) {

@@ -63,6 +63,10 @@ public:
         return isSubclass() || isHashHeard(type.getHash());
     }
 
+    /// Whether this is no subclass. Then triggerEvent(Event) does not touch this object once the
+    /// first listener is called: whoever knows that it exists until then needs no reference.
+    bool isPlain() const { return !isSubclass(); }
+
 private:
     friend class ListenerRegistry;
     static constexpr std::size_t hashSlots = 512;

@@ -4,9 +4,7 @@
 #include <stdexcept>
 #include <utility>
 
-#include "core_api/event/Event.h"
 #include "core_api/event/EventData.h"
-#include "core_api/event/EventManager.h"
 
 #include "scene/graph/ChildRow.h"
 #include "scene/graph/NodeExtras.h"
@@ -14,11 +12,13 @@
 #include "scene/graph/NodeWalk.h"
 #include "scene/graph/SceneEvents.h"
 #include "scene/graph/SceneIdentifiers.h"
+#include "scene/graph/SceneLife.h"
 #include "scene/graph/SceneManager.h"
+#include "scene/graph/SceneSending.h"
 
 namespace vantorix::scene {
 Node::Node(boost::shared_ptr<SceneManager> sceneManager)
-    : id_(generateID()), sceneManager_(sceneManager), scenePointer_(sceneManager.get()) {}
+    : id_(generateID()), scene_(sceneManager ? sceneManager->life_->handle() : SceneHandle()) {}
 
 Node::~Node() {
     forgetDependents();
@@ -57,21 +57,23 @@ void Node::addNode(boost::shared_ptr<Node> child) {
     ++child->attachments_;
     child->forgetWorldMatrix();
     child->unlinkFromParent();
-    child->parent_ = weak_from_this();
+    child->parent_.reset();
     child->parentPointer_ = this;
+    child->isInParentsRow_ = true;
     if (scene->nodeIndex_->lists(*this)) scene->nodeIndex_->attached(*child);
     announceNewChild(*child);
 }
 
 void Node::announceNewChild(Node& child) {
-    const bool isGuest = child.scenePointer_ != scenePointer_;  // Heard by another scene's manager.
+    const bool isGuest = child.liveScene() != liveScene();  // Heard by another scene's manager.
     if (!isAnythingHeard() && !(isGuest && child.isAnythingHeard())) return;
-    const auto self = weak_from_this().lock();
+    const auto scene = scene_;
+    const auto self = isMoveHeard() || isGuest ? weak_from_this().lock() : nullptr;
     child.triggerTransformationUpdate();
-    if (isHeard(events::nodeNewChild)) {
-        dispatch(events::nodeNewChild, core::event::EventData(id_ + "," + child.id_));
+    if (isHeard(scene, events::nodeNewChild)) {
+        dispatch(scene, events::nodeNewChild, core::event::EventData(id_ + "," + child.id_));
     }
-    triggerTopologyUpdate();
+    sendEmpty(scene, events::sceneTopologyUpdate);
 }
 
 void Node::removeChild(boost::shared_ptr<Node> child) {
@@ -82,6 +84,10 @@ void Node::removeChild(boost::shared_ptr<Node> child) {
         return;
     }
     const auto removed = children_->take(slot);
+    if (child->isInParentsRow_ && child->parentPointer_ == this) {
+        child->parent_ = weak_from_this();
+        child->isInParentsRow_ = false;
+    }
     child->loseAttachment();
     auto* const scene = liveScene();
     if (scene && scene->nodeIndex_->lists(*this)) scene->nodeIndex_->detached(*child);
@@ -94,6 +100,11 @@ std::size_t Node::slotOf(const Node& child) const {
         if (slot != ChildRow::npos) return slot;
     }
     return child.attachments_ == 0 ? ChildRow::npos : children_->findFirst(&child);
+}
+
+boost::shared_ptr<Node> Node::getParent() const {
+    if (!isInParentsRow_) return parent_.lock();
+    return parentPointer_->weak_from_this().lock();
 }
 
 unsigned int Node::getChildCount() const {
@@ -112,7 +123,7 @@ void Node::releaseChildren() {
     if (!children_) return;
     for (auto slot = children_->nextSlot(0); slot != ChildRow::npos;
          slot = children_->nextSlot(slot + 1)) {
-        children_->inSlot(slot)->loseAttachment();
+        leaveRow(*children_->inSlot(slot));
     }
     if (waiting) {
         children_->next().swap(*waiting);
@@ -126,6 +137,13 @@ void Node::releaseChildren() {
         queue = std::move(released->next());
     }
     waiting = nullptr;
+}
+
+void Node::leaveRow(Node& child) {
+    child.loseAttachment();
+    if (child.parentPointer_ != this) return;
+    child.isInParentsRow_ = false;
+    child.parentPointer_ = nullptr;
 }
 
 // A node in no row leaves nothing in the tree that its release, which needs no lock, would touch.
@@ -158,28 +176,16 @@ bool Node::wouldCloseCircle(const Node& child) const {
     return false;
 }
 
-bool Node::isHeard(const core::event::EventType& type) const {
-    const auto* const scene = liveScene();
-    const auto* const manager = scene ? scene->peekEventManager() : nullptr;
-    return manager && manager->isHeard(type);
+bool Node::isMoveHeard() const {
+    return isHeard(scene_, events::nodeTransformationUpdate) ||
+           isHeard(scene_, events::sceneUpdate);
 }
 
 bool Node::isAnythingHeard() const {
-    return isHeard(events::nodeTransformationUpdate) || isHeard(events::sceneUpdate) ||
-           isHeard(events::nodeNewChild) || isHeard(events::sceneTopologyUpdate);
+    return isMoveHeard() || isHeard(scene_, events::nodeNewChild) ||
+           isHeard(scene_, events::sceneTopologyUpdate);
 }
 
-// The scene and the event manager outlive the handlers, whatever these release.
-void Node::dispatch(const core::event::EventType& type, core::event::EventData data) const {
-    const auto scene = sceneManager_.lock();
-    const auto manager = scene ? scene->getEventManager() : nullptr;
-    if (manager) manager->triggerEvent(core::event::Event(type, std::move(data), std::string()));
-}
-
-void Node::sendEmpty(const core::event::EventType& type) const {
-    if (isHeard(type)) dispatch(type, core::event::EventData(std::string()));
-}
-
-void Node::triggerTopologyUpdate() { sendEmpty(events::sceneTopologyUpdate); }
+void Node::triggerTopologyUpdate() { sendEmpty(scene_, events::sceneTopologyUpdate); }
 
 }  // namespace vantorix::scene

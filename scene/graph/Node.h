@@ -13,6 +13,7 @@
 #include <boost/smart_ptr/weak_ptr.hpp>
 
 #include "scene/SceneExport.h"
+#include "scene/graph/SceneHandle.h"
 
 namespace vantorix::core::event {
 class EventData;
@@ -66,7 +67,7 @@ public:
     std::string getType() const;
     void setType(std::string type);
     /// The scene that this node was made for; empty once it is gone.
-    boost::shared_ptr<SceneManager> getSceneManager() const { return sceneManager_.lock(); }
+    boost::shared_ptr<SceneManager> getSceneManager() const { return scene_.lock(); }
     /// @}
 
     /// @name Hierarchy
@@ -88,7 +89,7 @@ public:
     boost::shared_ptr<Node> getChildNode(unsigned int index) const;
 
     /// The node that this one was last added to; empty for a root and once the parent is gone.
-    boost::shared_ptr<Node> getParent() const { return parent_.lock(); }
+    boost::shared_ptr<Node> getParent() const;
     /// @}
 
     /// @name Instances
@@ -220,12 +221,15 @@ private:
     friend class TreeSnapshot;
     struct Extras;
 
-    const Node* liveParent() const { return parent_.expired() ? nullptr : parentPointer_; }
-    SceneManager* liveScene() const { return sceneManager_.expired() ? nullptr : scenePointer_; }
+    const Node* liveParent() const {
+        return isInParentsRow_ || !parent_.expired() ? parentPointer_ : nullptr;
+    }
+    SceneManager* liveScene() const { return scene_.get(); }
 
     std::size_t slotOf(const Node& child) const;
     const Node* soleContainer() const;
     bool wouldCloseCircle(const Node& child) const;
+    void leaveRow(Node& child);
     void loseAttachment();
     void releaseChildren();
     Extras& extras();
@@ -251,21 +255,16 @@ private:
     VANTORIX_SCENE_NO_EXPORT void forgetDependents() const;
     VANTORIX_SCENE_NO_EXPORT Dependents* listedBelow() const;
 
-    VANTORIX_SCENE_NO_EXPORT bool isHeard(const core::event::EventType& type) const;
+    bool isMoveHeard() const;
     bool isAnythingHeard() const;
-    /// Nothing of this node may be touched afterwards, unless the caller keeps it alive.
-    VANTORIX_SCENE_NO_EXPORT void dispatch(const core::event::EventType& type,
-                                           core::event::EventData data) const;
-    VANTORIX_SCENE_NO_EXPORT void sendEmpty(const core::event::EventType& type) const;
     void sendLayerEvent(const core::event::EventType& type, int layer) const;
     void announceNewChild(Node& child);
 
     std::string id_;
     std::string name_;
-    boost::weak_ptr<SceneManager> sceneManager_;
-    SceneManager* scenePointer_;  ///< Valid while sceneManager_ is alive: spares locking it.
-    boost::weak_ptr<Node> parent_;
-    Node* parentPointer_ = nullptr;       ///< Valid while parent_ is alive.
+    SceneHandle scene_;
+    Node* parentPointer_ = nullptr;       ///< Valid while isInParentsRow_ or parent_ is alive.
+    boost::weak_ptr<Node> parent_;        ///< Made when the parent's row loses this node.
     std::unique_ptr<ChildRow> children_;  ///< Made for the first child.
     std::unique_ptr<Extras> extras_;      ///< Made for the first instance, layer, SID or element.
     std::uint64_t indexGeneration_ = 0;   ///< The index that lists this node; 0 if none does.
@@ -277,6 +276,7 @@ private:
     static constexpr auto unlisted = static_cast<std::uint32_t>(-1);
     mutable std::uint32_t dependentPlace_ = unlisted;  ///< In the list of parentPointer_.
     mutable bool worldCached_ = false;
+    bool isInParentsRow_ = false;  ///< Spares counting references to a parent that has to stay.
 
     Eigen::Vector4f translation_ = Eigen::Vector4f::Zero();  ///< The last element stays 0.
     Eigen::Vector3f scaling_ = Eigen::Vector3f::Ones();

@@ -12,6 +12,7 @@
 #include "scene/graph/NodeExtras.h"
 #include "scene/graph/SceneEvents.h"
 #include "scene/graph/SceneManager.h"
+#include "scene/graph/SceneSending.h"
 #include "scene/material/InstanceGeometry.h"
 #include "scene/material/Material.h"
 
@@ -56,8 +57,9 @@ void Node::setType(std::string type) { extras().type = std::move(type); }
 void Node::addInstanceLight(boost::shared_ptr<Light> light) {
     if (!light) return;
     extras().lights.push_back(light);
-    if (isHeard(events::nodeAddedLight)) {
-        dispatch(events::nodeAddedLight, core::event::EventData(id_ + "," + light->getID()));
+    if (isHeard(scene_, events::nodeAddedLight)) {
+        dispatch(scene_, events::nodeAddedLight,
+                 core::event::EventData(id_ + "," + light->getID()));
     }
 }
 
@@ -120,9 +122,9 @@ void Node::setMaterial(boost::shared_ptr<Material> material, unsigned int instan
     const auto part = mesh ? mesh->getPrimitive(primitive) : nullptr;
     if (!part) return;
     shown->setMaterial(part->getMaterialSymbol(), material);
-    if (isHeard(events::nodeMaterialChanged)) {
+    if (isHeard(scene_, events::nodeMaterialChanged)) {
         dispatch(
-            events::nodeMaterialChanged,
+            scene_, events::nodeMaterialChanged,
             core::event::EventData(id_ + "," + std::to_string(instance) + "," +
                                    std::to_string(primitive) + "," + material->getMaterialID()));
     }
@@ -178,7 +180,8 @@ void Node::setVisible(bool visible) {
 }
 
 void Node::sendLayerEvent(const core::event::EventType& type, int layer) const {
-    if (isHeard(type)) dispatch(type, core::event::EventData(id_ + "," + getLayerName(layer)));
+    if (!isHeard(scene_, type)) return;
+    dispatch(scene_, type, core::event::EventData(id_ + "," + getLayerName(layer)));
 }
 
 }  // namespace vantorix::scene

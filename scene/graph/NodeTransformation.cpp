@@ -11,6 +11,7 @@
 #include "scene/graph/Node.h"
 #include "scene/graph/NodeExtras.h"
 #include "scene/graph/SceneEvents.h"
+#include "scene/graph/SceneSending.h"
 #include "scene/transform/AxisAngle.h"
 #include "scene/transform/EditCounter.h"
 #include "scene/transform/TransformationMatrix.h"
@@ -96,7 +97,7 @@ void Node::poseUnheard(const Eigen::Matrix4f& matrix, const Eigen::Vector3f& fac
 }
 
 void Node::copyPlacement(const Node& other) {
-    if (isHeard(events::nodeTransformationUpdate) || isHeard(events::sceneUpdate)) {
+    if (isMoveHeard()) {
         setTranslation(other.getTranslation());
         setRotation(other.getRotation());
         setScale(other.getScale());
@@ -171,11 +172,12 @@ void Node::updateLocalMatrix() {
 
 void Node::triggerTransformationUpdate() {
     updateLocalMatrix();
-    if (!isHeard(events::nodeTransformationUpdate)) return sendEmpty(events::sceneUpdate);
-    const auto self = weak_from_this().lock();  // A listener may release this node.
-    dispatch(events::nodeTransformationUpdate,
-             core::event::EventData::withMatrix(id_, localMatrix_.data()));
-    sendEmpty(events::sceneUpdate);
+    const auto scene = scene_;  // A listener may release this node.
+    if (isHeard(scene, events::nodeTransformationUpdate)) {
+        dispatch(scene, events::nodeTransformationUpdate,
+                 core::event::EventData::withMatrix(id_, localMatrix_.data()));
+    }
+    sendEmpty(scene, events::sceneUpdate);
 }
 
 Eigen::Matrix4f Node::getCombinedTransformations() const {

@@ -20,6 +20,7 @@
 #include "scene/graph/SceneHandlerGate.h"
 #include "scene/graph/SceneIdentifiers.h"
 #include "scene/graph/SceneLibrary.h"
+#include "scene/graph/SceneLife.h"
 #include "scene/graph/SceneSync.h"
 #include "scene/material/Effect.h"
 #include "scene/material/Image.h"
@@ -29,6 +30,7 @@ namespace vantorix::scene {
 
 SceneManager::SceneManager(boost::shared_ptr<core::event::EventManager> eventManager)
     : EventBase(eventManager),
+      life_(std::make_unique<SceneLife>(*this)),
       identifiers_(std::make_unique<SceneIdentifiers>()),
       nodeIndex_(std::make_unique<NodeIndex>(this)),
       sync_(boost::make_shared<SceneSync>(eventManager,
@@ -44,6 +46,7 @@ SceneManager::SceneManager(boost::shared_ptr<core::event::EventManager> eventMan
 }
 
 SceneManager::~SceneManager() {
+    life_->end();
     endDeliveries();
     handlerGate_->close();
     sync_->abandon();

@@ -42,6 +42,7 @@ class PhysicsMaterial;
 class PhysicsModel;
 class PhysicsScene;
 class SceneIdentifiers;
+class SceneLife;
 class SceneSync;
 
 /// One scene: its tree, its libraries, its clock, and the thread that drives its controllers.
@@ -389,6 +390,7 @@ private:
     void turnToUpAxis(Node& node) const;
 
     core::logger::Logger logger_;
+    std::unique_ptr<SceneLife> life_;
     std::unique_ptr<SceneIdentifiers> identifiers_;
     std::unique_ptr<NodeIndex> nodeIndex_;
     boost::shared_ptr<SceneSync> sync_;
