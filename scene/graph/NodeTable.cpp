@@ -1,8 +1,26 @@
 #include "scene/graph/NodeTable.h"
 
+#include <cstring>
+
 #include "core/utils/TextHash.h"
 
 namespace vantorix::scene {
+namespace {
+
+constexpr std::uint64_t everyByte = 0x0101010101010101u;
+
+/// The highest bit of each byte that is 0; bytes above the lowest of these may be marked, too
+/// (Warren, Hacker's Delight, section 6-1).
+std::uint64_t zeroBytes(std::uint64_t bytes) {
+    return (bytes - everyByte) & ~bytes & 0x80 * everyByte;
+}
+
+/// Of the lowest byte marked.
+std::size_t firstByte(std::uint64_t marks) {
+    return static_cast<std::size_t>(__builtin_ctzll(marks)) / 8;
+}
+
+}  // namespace
 
 NodeTable::Answer NodeTable::find(const std::string& text, Node*& node) const {
     if (!shared_.empty()) {
@@ -20,18 +38,26 @@ NodeTable::Answer NodeTable::find(const std::string& text, Node*& node) const {
 }
 
 void NodeTable::fetchEntry(const std::string& text) const {
-    if (!entries_.empty()) __builtin_prefetch(&entries_[hashOf(text) & (entries_.size() - 1)]);
+    if (entries_.empty()) return;
+    const auto home = hashOf(text) & (entries_.size() - 1);
+    __builtin_prefetch(&tags_[home]);
+    __builtin_prefetch(&entries_[home]);
 }
 
 void NodeTable::fetchNode(const std::string& text) const {
     if (entries_.empty()) return;
     const auto hash = hashOf(text);
-    const auto& entry = entries_[hash & (entries_.size() - 1)];
-    if (!entry.node || entry.hash != hash) return;
-    const auto* const first = reinterpret_cast<const char*>(&textOf_(*entry.node));
-    __builtin_prefetch(first);
-    __builtin_prefetch(first + sizeof(std::string) - 1);
-    __builtin_prefetch(reinterpret_cast<const char*>(entry.node) - 1);  // Its reference counts.
+    const auto position = probe(hash, [](const Entry&) { return true; });
+    if (tags_[position] != 0) fetchAll(*entries_[position].node);
+}
+
+// Of its text and of its reference counts, which boost::make_shared puts before it.
+void NodeTable::fetchAll(const Node& node) const {
+    constexpr std::size_t countsBefore = 40;
+    const auto* const text = reinterpret_cast<const char*>(&textOf_(node));
+    __builtin_prefetch(text);
+    __builtin_prefetch(text + sizeof(std::string) - 1);
+    __builtin_prefetch(reinterpret_cast<const char*>(&node) - countsBefore);
 }
 
 void NodeTable::rememberFirst(const std::string& text, Node* node) {
@@ -89,35 +115,57 @@ std::uint32_t NodeTable::hashOf(const std::string& text) {
 }
 
 std::size_t NodeTable::locate(std::uint32_t hash, const std::string& text) const {
+    return probe(hash, [&](const Entry& entry) {
+        fetchAll(*entry.node);
+        return textOf_(*entry.node) == text;
+    });
+}
+
+template <class IsWanted>
+std::size_t NodeTable::probe(std::uint32_t hash, const IsWanted& isWanted) const {
     const auto mask = entries_.size() - 1;
-    const auto tag = tagOf(hash);
-    auto position = hash & mask;
-    for (; tags_[position] != 0; position = (position + 1) & mask) {
-        if (tags_[position] != tag || entries_[position].hash != hash) continue;
-        if (textOf_(*entries_[position].node) == text) break;
+    const auto wanted = tagOf(hash) * everyByte;
+    for (std::size_t position = hash & mask;; position = (position + groupSize) & mask) {
+        const auto group = groupAt(position);
+        const auto free = zeroBytes(group);
+        // Those before the first free place.
+        auto candidates = zeroBytes(group ^ wanted) & (free - 1) & ~free;
+        for (; candidates != 0; candidates &= candidates - 1) {
+            const auto place = (position + firstByte(candidates)) & mask;
+            if (entries_[place].hash == hash && isWanted(entries_[place])) return place;
+        }
+        if (free != 0) return (position + firstByte(free)) & mask;
     }
-    return position;
+}
+
+NodeTable::Group NodeTable::groupAt(std::size_t position) const {
+    Group group = 0;
+    std::memcpy(&group, tags_.data() + position, sizeof(group));
+#if __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__
+    group = __builtin_bswap64(group);
+#endif
+    return group;
 }
 
 void NodeTable::write(std::size_t position, const Entry& entry) {
+    const auto tag = entry.node ? tagOf(entry.hash) : std::uint8_t(0);
     entries_[position] = entry;
-    tags_[position] = entry.node ? tagOf(entry.hash) : std::uint8_t(0);
+    tags_[position] = tag;
+    if (position < groupSize) tags_[entries_.size() + position] = tag;
 }
 
 void NodeTable::grow() {
     std::vector<Entry> old(entries_.empty() ? 16 : 2 * entries_.size());
+    std::vector<std::uint8_t> tags(old.size() + groupSize);
     old.swap(entries_);
-    tags_.assign(entries_.size(), 0);
+    tags.swap(tags_);
     for (const auto& entry : old) {
         if (entry.node) place(entry);
     }
 }
 
-void NodeTable::place(Entry entry) {
-    const auto mask = entries_.size() - 1;
-    auto position = entry.hash & mask;
-    while (tags_[position] != 0) position = (position + 1) & mask;
-    write(position, entry);
+void NodeTable::place(const Entry& entry) {
+    write(probe(entry.hash, [](const Entry&) { return false; }), entry);
 }
 
 // Linear probing without tombstones: entries behind the gap move up when their probe passed it

@@ -13,11 +13,11 @@ class Node;
 
 /// Finds the nodes of one tree by one of their texts, the ID or the name.
 ///
-/// A text that one node carries stands in an open-addressing table that keeps 32 bits of the hash
-/// beside the node, so that a text is read only when it is probably the right one, and eight of
-/// them apart, so that a text that no node carries seldom takes more than these few bytes. Texts
-/// that were ever shared by several nodes are counted apart: which of them comes first in the tree,
-/// only a search tells.
+/// A text that one node carries stands in an open-addressing table with linear probing that keeps
+/// 32 bits of the hash beside the node, so that a text is read only when it is probably the right
+/// one, and a byte of them apart: eight places are looked through at once, and a text that no node
+/// carries seldom takes more than that. Texts that were ever shared by several nodes are counted
+/// apart: which of them comes first in the tree, only a search tells.
 class NodeTable {
 public:
     using TextOf = const std::string& (*)(const Node&);
@@ -56,11 +56,21 @@ private:
         std::size_t count;
         Node* first;  ///< Null while unknown.
     };
+    /// Eight tags as one number, the first of them lowest.
+    using Group = std::uint64_t;
+    static constexpr std::size_t groupSize = sizeof(Group);
 
     static std::uint32_t hashOf(const std::string& text);
+    /// The place of the text's entry, or where it would be inserted.
     std::size_t locate(std::uint32_t hash, const std::string& text) const;
+    /// The first place from the home of @p hash on that is free, or of which @p isWanted is true.
+    /// That is only asked for places that may hold @p hash.
+    template <class IsWanted>
+    std::size_t probe(std::uint32_t hash, const IsWanted& isWanted) const;
+    Group groupAt(std::size_t position) const;
+    void fetchAll(const Node& node) const;
     void grow();
-    void place(Entry entry);
+    void place(const Entry& entry);
     void eraseEntry(std::size_t position);
 
     /// What stands for an entry in tags_: eight bits that do not choose its home, never 0.
@@ -70,8 +80,9 @@ private:
     void write(std::size_t position, const Entry& entry);
 
     TextOf textOf_;
-    std::vector<Entry> entries_;      ///< A power of two, at most 3/4 full; empty until first used.
-    std::vector<std::uint8_t> tags_;  ///< Of the entries; 0 where there is none.
+    std::vector<Entry> entries_;  ///< A power of two, at most 3/4 full; empty until first used.
+    /// Of the entries; 0 where there is none. The first ones are repeated behind the last.
+    std::vector<std::uint8_t> tags_;
     std::size_t used_ = 0;
     boost::unordered_map<std::string, Shared> shared_;
 };

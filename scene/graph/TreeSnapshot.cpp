@@ -11,7 +11,7 @@
 namespace vantorix::scene {
 namespace {
 
-constexpr std::size_t nodesAhead = 8;
+constexpr std::size_t placesAhead = 8;
 
 }  // namespace
 
@@ -19,8 +19,8 @@ TreeSnapshot::TreeSnapshot(boost::shared_ptr<Node> top) {
     places_.push_back(Place{std::move(top), Range{0, 0}});
     boost::unordered_map<const Node*, std::size_t> met;
     for (std::size_t place = 0; place < places_.size(); ++place) {
-        if (place + nodesAhead < places_.size()) {
-            __builtin_prefetch(&node(place + nodesAhead).attachments_);
+        if (place + placesAhead < places_.size()) {
+            __builtin_prefetch(&node(place + placesAhead).attachments_);
         }
         if (node(place).attachments_ > 1) {
             const auto earlier = met.emplace(&node(place), place);
@@ -44,9 +44,9 @@ void TreeSnapshot::fetch(std::size_t place) const {
 void TreeSnapshot::appendChildren(std::size_t place) {
     const auto first = places_.size();
     if (const auto* const row = places_[place].node->children_.get()) {
-        for (std::size_t slot = 0; slot < nodesAhead; ++slot) row->fetch(slot);
+        for (std::size_t slot = 0; slot < placesAhead; ++slot) row->fetch(slot);
         for (auto slot = row->nextSlot(0); slot != ChildRow::npos; slot = row->nextSlot(slot + 1)) {
-            row->fetch(slot + nodesAhead);
+            row->fetch(slot + placesAhead);
             places_.push_back(Place{row->inSlot(slot), Range{0, 0}});
         }
     }
