@@ -119,15 +119,14 @@ void fetchStreams(const Track& track) {
 }
 
 void fetchKeys(const Track& track, std::size_t key) {
-    constexpr std::size_t floatsPerLine = 16;
-    constexpr std::size_t mostFloats =
-        8 * floatsPerLine;  // By then the machine reads ahead itself.
     const FloatArray& times = track.input->values;
     const FloatArray& values = track.output->values;
     const auto& names = track.names->stringValues;
     fetch(track.input->params.data());
-    const std::size_t timesRead = std::min({times.size(), key + 1, mostFloats});
-    for (std::size_t i = 0; i < timesRead; i += floatsPerLine) fetch(times.data() + i);
+    if (key > 0 && key < times.size()) {
+        fetch(times.data() + key - 1);
+        fetch(times.data() + key);
+    }
     const auto stride = static_cast<std::size_t>(std::max(track.output->stride, 0));
     if ((key + 1) * stride <= values.size() && key > 0) {
         fetch(values.data() + (key - 1) * stride);
@@ -170,19 +169,20 @@ void AnimationPlayback::findBaseMatrices() {
 
 void AnimationPlayback::evaluate(float time) {
     for (auto& pose : poses_) pose.clear();
-    const auto& tracks = tracks_.tracks();
-    std::size_t likelyKey = 0;
+    auto& tracks = tracks_.tracks();
+    std::size_t likelyKey = 0;  // Channels that were made together have keys at the same times.
     for (std::size_t i = 0; i < tracks.size(); ++i) {
         if (i + 2 * tracksAhead < tracks.size()) fetchStreams(tracks[i + 2 * tracksAhead]);
         if (i + tracksAhead < tracks.size()) fetchKeys(tracks[i + tracksAhead], likelyKey);
-        if (tracks[i].kind != Track::NOTHING) likelyKey = evaluateTrack(tracks[i], time);
+        if (tracks[i].kind == Track::NOTHING) continue;
+        likelyKey = evaluateTrack(tracks[i], time, likelyKey);
     }
 }
 
-std::size_t AnimationPlayback::evaluateTrack(const Track& track, float time) {
+std::size_t AnimationPlayback::evaluateTrack(Track& track, float time, std::size_t likelyKey) {
     if (!holdsKeyTimes(*track.input)) return 0;
     const FloatArray& times = track.input->values;
-    const auto end = firstKeyFrom(times.data(), times.size(), time);
+    const auto end = firstKeyFrom(times, track.order, time, likelyKey);
     if (end == 0 || end == times.size()) return end;
     const Interval interval{end, times[end - 1], times[end], time, holdsKey(*track.names, end - 1)};
     auto& pose = poses_[track.slot];

@@ -61,8 +61,8 @@ private:
 
     void findBaseMatrices();
     void evaluate(float time);
-    /// Returns the index of the key that follows @p time.
-    std::size_t evaluateTrack(const Track& track, float time);
+    /// Returns the index of the key that follows @p time, for which @p likelyKey is a guess.
+    std::size_t evaluateTrack(Track& track, float time, std::size_t likelyKey);
     void playVector(const Track& track, const Interval& interval, Pose& pose);
     void playRotation(const Track& track, const Interval& interval, Pose& pose);
     static void playMatrix(const Track& track, const Interval& interval, Pose& pose);

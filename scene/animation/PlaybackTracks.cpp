@@ -88,7 +88,7 @@ void PlaybackTracks::addTrack(const Sampler* sampler, const ChannelTarget& targe
     const auto names = sampler->getStreamBySemantic(Sampler::INTERPOLATION);
     if (!input || !output || !names) return;
     tracks_.push_back(Track{input.get(), output.get(), names.get(), &target, nullptr, slot,
-                            Track::NOTHING, target.componentIndex});
+                            Track::NOTHING, target.componentIndex, KeyOrder()});
 }
 
 void PlaybackTracks::bind() {

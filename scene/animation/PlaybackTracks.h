@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "scene/animation/KeyTimes.h"
 #include "scene/animation/TargetedNodes.h"
 
 namespace vantorix::scene {
@@ -27,6 +28,7 @@ struct Track {
     std::uint32_t slot;
     Kind kind;
     int component;  ///< -1: the whole value.
+    KeyOrder order;
 };
 
 /// The channels of an animation and its children in the order of playing, children first.
@@ -44,7 +46,7 @@ public:
     /// Brings everything up to date; returns whether nodes may have changed.
     bool refresh(Animation& animation, SceneManager& scene);
 
-    const std::vector<Track>& tracks() const { return tracks_; }
+    std::vector<Track>& tracks() { return tracks_; }
     const TargetedNodes& nodes() const { return nodes_; }
 
 private:

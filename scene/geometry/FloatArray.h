@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cstddef>
+#include <cstdint>
 #include <initializer_list>
 #include <iterator>
 #include <type_traits>
@@ -179,8 +180,8 @@ public:
         const bool wasExposed = isExposed();
         exposed_ = other.isExposed();
         other.exposed_ = wasExposed;
-        unchanged_ = 0;
-        other.unchanged_ = 0;
+        noteChange(0);
+        other.noteChange(0);
     }
     /// Whoever held references into @p other can write to this array afterwards.
     void swap(Floats& other) noexcept { exposed().swap(other); }
@@ -189,6 +190,7 @@ public:
     friend void swap(Floats& left, FloatArray& right) noexcept { right.swap(left); }
 
 private:
+    friend class KeyOrder;
     friend class TupleIndex;
 
     /// What threads that only read may look up and note at once: each notes the same.
@@ -210,24 +212,31 @@ private:
     /// Leading floats that are as they were at the last markSeen().
     size_type unchangedSize() const noexcept { return unchanged_; }
     void markSeen() noexcept { unchanged_ = size(); }
+    /// Another number after every change; 0 while a change could pass unnoticed.
+    std::uint64_t revision() const noexcept { return isExposed() ? 0 : std::uint64_t(revision_); }
+
+    void noteChange(size_type kept) noexcept {
+        unchanged_ = std::min<size_type>(unchanged_, kept);
+        revision_ = revision_ + 1;
+    }
 
     Floats& exposed() noexcept {
         // Only a change is written: reading threads share the cache line.
         if (!exposed_) {
             exposed_ = true;
-            unchanged_ = 0;
+            noteChange(0);
         }
         return floats_;
     }
     void forget() noexcept {
         exposed_ = false;
-        unchanged_ = 0;
+        noteChange(0);
     }
     /// Runs @p change, which leaves the first @p kept floats as they are.
     template <typename Change>
     void edit(size_type kept, const Change& change) {
         const float* const storage = std::as_const(floats_).data();
-        unchanged_ = std::min<size_type>(unchanged_, kept);
+        noteChange(kept);
         change();
         // A reallocation ends every reference.
         if (std::as_const(floats_).data() != storage) exposed_ = false;
@@ -244,7 +253,8 @@ private:
 
     Floats floats_;
     Note<size_type> unchanged_{0};  // None while exposed.
-    Note<bool> exposed_{false};     // A reference for writing may be valid.
+    Note<std::uint64_t> revision_{1};
+    Note<bool> exposed_{false};  // A reference for writing may be valid.
 };
 
 /// @name Comparisons among arrays, and between an array and a std::vector<float>

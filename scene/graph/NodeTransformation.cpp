@@ -112,8 +112,9 @@ void Node::copyPlacement(const Node& other) {
 void Node::takePlacement(const Eigen::Matrix4f& matrix) {
     translation_.head<3>() = matrix.topRightCorner<3, 1>();
     for (Eigen::Index column = 0; column < 3; ++column) {
-        const Eigen::Vector3f axis = matrix.block<3, 1>(0, column);
-        rotation_.block<3, 1>(0, column) = axis / axis.norm();  // No guard: defined so.
+        // Four quotients at once, the last of which nobody wants. No guard: defined so.
+        const Eigen::Vector4f axis = matrix.col(column) / matrix.block<3, 1>(0, column).norm();
+        rotation_.block<3, 1>(0, column) = axis.head<3>();
     }
 }
 
