@@ -8,7 +8,8 @@
 
 #include <benchmark/benchmark.h>
 
-#include "bench/graph/HeapSize.h"
+#include "bench/HeapBytes.h"
+#include "bench/graph/PeakSize.h"
 #include "bench/graph/TreePlan.h"
 
 /// The cases that several libraries go through. What stands behind each is a class Tree:

@@ -22,8 +22,8 @@ private:
     struct Place;
     class Places;
 
-    Place& place_;
     SceneHandle handle_;
+    Place& place_;
 };
 
 }  // namespace vantorix::scene

@@ -1,4 +1,4 @@
-#include "bench/graph/HeapSize.h"
+#include "bench/graph/PeakSize.h"
 
 #include <fstream>
 #include <malloc.h>
@@ -18,11 +18,6 @@ double statusBytes(const std::string& field) {
 }
 
 }  // namespace
-
-double heapBytes() {
-    const auto info = mallinfo2();
-    return static_cast<double>(info.uordblks + info.hblkhd);
-}
 
 bool restartPeak() {
     malloc_trim(0);
