@@ -156,6 +156,13 @@ void NodeIndex::afterRename(Node& node, bool isID) {
     });
 }
 
+void NodeIndex::reserve(std::size_t count) {
+    changeOrDrop([&] {
+        if (ids_.built) ids_.table.reserve(count);
+        return true;
+    });
+}
+
 void NodeIndex::drop() {
     generation_ = nextGeneration();
     ++revision_;

@@ -52,6 +52,8 @@ public:
     void beforeRename(Node& node, bool isID);
     void afterRename(Node& node, bool isID);
 
+    /// Makes room for @p count more nodes whose IDs are not carried yet.
+    void reserve(std::size_t count);
     void drop();
 
     /// Counts the renames, by ID, of this scene's nodes that hang anywhere.

@@ -1,5 +1,6 @@
 #include "scene/graph/NodeTable.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "core/utils/TextHash.h"
@@ -75,7 +76,7 @@ void NodeTable::insert(Node* node) {
             return;
         }
     }
-    if (4 * (used_ + 1) > 3 * entries_.size()) grow();
+    reserve(1);
     const auto hash = hashOf(text);
     const auto position = locate(hash, text);
     if (tags_[position] == 0) {
@@ -154,8 +155,14 @@ void NodeTable::write(std::size_t position, const Entry& entry) {
     if (position < groupSize) tags_[entries_.size() + position] = tag;
 }
 
-void NodeTable::grow() {
-    std::vector<Entry> old(entries_.empty() ? 16 : 2 * entries_.size());
+void NodeTable::reserve(std::size_t count) {
+    auto size = std::max<std::size_t>(entries_.size(), 16);
+    while (!isRoomFor(used_ + count, size)) size *= 2;
+    if (size > entries_.size()) growTo(size);
+}
+
+void NodeTable::growTo(std::size_t size) {
+    std::vector<Entry> old(size);
     std::vector<std::uint8_t> tags(old.size() + groupSize);
     old.swap(entries_);
     tags.swap(tags_);

@@ -46,6 +46,8 @@ public:
     /// @p node must be in the table under the text that it still carries.
     void erase(Node* node);
     void clear();
+    /// Makes room for @p count more nodes with texts of their own.
+    void reserve(std::size_t count);
 
 private:
     struct Entry {
@@ -69,7 +71,8 @@ private:
     std::size_t probe(std::uint32_t hash, const IsWanted& isWanted) const;
     Group groupAt(std::size_t position) const;
     void fetchAll(const Node& node) const;
-    void grow();
+    static bool isRoomFor(std::size_t count, std::size_t size) { return 4 * count <= 3 * size; }
+    void growTo(std::size_t size);
     void place(const Entry& entry);
     void eraseEntry(std::size_t position);
 

@@ -37,8 +37,12 @@ const std::string& TreeSnapshot::idOf(std::size_t place) const { return node(pla
 
 void TreeSnapshot::fetch(std::size_t place) const {
     constexpr std::size_t cacheLine = 64;
-    const auto* const node = reinterpret_cast<const char*>(places_[place].node.get());
-    for (std::size_t i = 0; i < sizeof(Node); i += cacheLine) __builtin_prefetch(node + i);
+    const Node* const node = places_[place].node.get();
+    // A copy computes the matrices, which come last, anew.
+    const auto* const end = reinterpret_cast<const char*>(&node->localMatrix_);
+    for (auto* at = reinterpret_cast<const char*>(node); at < end; at += cacheLine) {
+        __builtin_prefetch(at);
+    }
 }
 
 void TreeSnapshot::appendChildren(std::size_t place) {

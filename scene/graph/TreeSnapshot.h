@@ -26,6 +26,7 @@ public:
 
     /// The place of the top.
     static Range top() { return Range{0, 1}; }
+    std::size_t size() const { return places_.size(); }
     const Node& node(std::size_t place) const { return *places_[place].node; }
     const std::string& idOf(std::size_t place) const;
     /// Asks for the memory of a node, for when its turn comes.
