@@ -1,11 +1,10 @@
 #include "scene/geometry/Stream.h"
 
-#include <algorithm>
 #include <cstring>
-#include <functional>
 
 #include <boost/make_shared.hpp>
 
+#include "scene/geometry/InsideTuples.h"
 #include "scene/geometry/TupleIndex.h"
 
 namespace vantorix::scene {
@@ -25,21 +24,6 @@ std::size_t scan(const FloatArray& values, std::size_t stride, const float* valu
         }
     }
     return TupleIndex::none;
-}
-
-bool liesIn(const FloatArray& values, const float* value) {
-    const std::less<> before;
-    return !before(value, values.data()) && before(value, values.data() + values.size());
-}
-
-/// A tuple that starts inside the array, as it reads when its floats are appended one by one: where
-/// it runs past the end, it meets itself.
-std::vector<float> copyFromInside(const FloatArray& values, std::size_t stride,
-                                  const float* value) {
-    const auto rest = static_cast<std::size_t>(values.data() + values.size() - value);
-    std::vector<float> tuple(value, value + std::min(stride, rest));
-    for (std::size_t i = 0; tuple.size() < stride; ++i) tuple.push_back(tuple[i]);
-    return tuple;
 }
 
 }  // namespace
@@ -111,11 +95,19 @@ void Stream::insertEach(const float* tuples, std::size_t tupleCount, int* indice
     if (done == tupleCount) return;
     if (!index_) index_ = std::make_unique<TupleIndex>();
     const std::size_t before = values.size();
-    index_->insertAll(values, tupleSize, tuples + done * tupleSize, tupleCount - done,
-                      indices + done);
-    // As in appendTuple.
-    const auto appended = static_cast<unsigned int>((values.size() - before) / tupleSize);
-    count = static_cast<int>(static_cast<unsigned int>(count) + appended);
+    const auto countAppended = [&] {
+        // As in appendTuple.
+        const auto appended = static_cast<unsigned int>((values.size() - before) / tupleSize);
+        count = static_cast<int>(static_cast<unsigned int>(count) + appended);
+    };
+    try {
+        index_->insertAll(values, tupleSize, tuples + done * tupleSize, tupleCount - done,
+                          indices + done);
+    } catch (...) {
+        countAppended();  // What came in before the memory ended stays.
+        throw;
+    }
+    countAppended();
 }
 
 int Stream::insert(const float* value) {

@@ -4,6 +4,7 @@
 
 #include <boost/make_shared.hpp>
 
+#include "scene/geometry/InsideTuples.h"
 #include "scene/geometry/Stream.h"
 #include "scene/geometry/Triangle.h"
 #include "scene/geometry/TriangleMeshPrimitive.h"
@@ -14,8 +15,21 @@ namespace vantorix::scene {
 
 namespace {
 
-boost::shared_ptr<Triangle> makeTriangle(
-    const std::vector<TriangleMeshPrimitive::CornerValues>& corners, std::size_t index) {
+using CornerValues = TriangleMeshPrimitive::CornerValues;
+
+/// Arrays that lie in @p growing would move with it: copies take their place.
+void copyFrom(const Stream& growing, std::size_t cornerCount, std::vector<CornerValues>& corners,
+              std::vector<std::vector<float>>& copies) {
+    for (auto& values : corners) {
+        if (values.size <= 0 || !liesIn(growing.values, values.values)) continue;
+        const std::size_t floats = cornerCount * static_cast<std::size_t>(values.size);
+        copies.push_back(copyFromInside(growing.values, floats, values.values));
+        values.values = copies.back().data();
+    }
+}
+
+boost::shared_ptr<Triangle> makeTriangle(const std::vector<CornerValues>& corners,
+                                         std::size_t index) {
     const auto makeVertex = [&corners](std::size_t corner) {
         const auto vertex = boost::make_shared<Vertex>();
         for (const auto& values : corners) {
@@ -32,13 +46,19 @@ boost::shared_ptr<Triangle> makeTriangle(
 
 }  // namespace
 
-bool TriangleMeshPrimitive::addTriangles(const std::vector<CornerValues>& corners,
+bool TriangleMeshPrimitive::addTriangles(const std::vector<CornerValues>& givenCorners,
                                          std::size_t triangleCount, bool deduplicate) {
     constexpr std::size_t cornersPerBlock = 1536;
-    for (const auto& values : corners) {
+    for (const auto& values : givenCorners) {
         if (values.size > 0 && !values.values) return false;
     }
     if (triangleCount == 0) return true;
+    auto corners = givenCorners;
+    std::vector<std::vector<float>> copies;
+    for (const auto& values : givenCorners) {
+        const auto stream = getStreamBySemantic(values.semantic);
+        if (stream) copyFrom(*stream, 3 * triangleCount, corners, copies);
+    }
     // The first one makes streams and mappings, or fails as all others would.
     if (!addTriangle(makeTriangle(corners, 0), deduplicate)) return false;
     const auto stride = static_cast<std::size_t>(calculateIndexStreamStride());
