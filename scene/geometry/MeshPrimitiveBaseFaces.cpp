@@ -135,6 +135,10 @@ bool MeshPrimitiveBase::findColumns(std::size_t stride, Inputs& inputs, Columns&
     return areIndependent(columns);
 }
 
+std::size_t MeshPrimitiveBase::Column::size() const {
+    return static_cast<std::size_t>(stream->stride);
+}
+
 bool MeshPrimitiveBase::areIndependent(const Columns& columns) {
     for (const auto& column : columns) {
         for (const auto* other = &column + 1; other != columns.data() + columns.size(); ++other) {
@@ -146,22 +150,37 @@ bool MeshPrimitiveBase::areIndependent(const Columns& columns) {
 
 void MeshPrimitiveBase::appendRecords(const Columns& columns, std::size_t count,
                                       std::size_t stride) {
+    boost::container::small_vector<int, 16> keys(count);
     boost::container::small_vector<int, 16> tuples(count);
     const std::size_t first = indexStream_.size();
     for (const auto& column : columns) {
-        const auto size = static_cast<std::size_t>(column.stream->stride);
-        for (std::size_t i = 0; column.isPosition && i < count; ++i) {
-            Eigen::Vector3f sample = Eigen::Vector3f::Zero();
-            std::copy_n(column.values + i * size, size, sample.data());
-            growBox(sample);
-        }
+        if (column.isPosition)
+            growBox(column.values, static_cast<std::size_t>(column.stream->stride), count);
     }
     indexStream_.resize(first + count * stride);
+    // Corners with equal values in the first column often have equal ones in the others.
+    const bool hasKeys = !columns.empty() && !columns.front().stream->allowDuplicates;
     for (const auto& column : columns) {
-        column.stream->insertValues(column.stream->stride, column.values, count, tuples.data());
+        const bool isFirst = &column == columns.data();
+        int* const indices = isFirst ? keys.data() : tuples.data();
+        column.stream->insertEach(column.values, count, indices,
+                                  hasKeys && !isFirst ? keys.data() : nullptr);
         for (std::size_t i = 0; i < count; ++i) {
-            indexStream_[first + i * stride + column.slot] = static_cast<unsigned int>(tuples[i]);
+            indexStream_[first + i * stride + column.slot] = static_cast<unsigned int>(indices[i]);
         }
+    }
+}
+
+void MeshPrimitiveBase::growBox(const float* positions, std::size_t size, std::size_t count) {
+    if (size == 3) {
+        extend<LowerBound>(bvMin_, positions, count);
+        extend<UpperBound>(bvMax_, positions, count);
+        return;
+    }
+    for (std::size_t i = 0; i < count; ++i) {
+        Eigen::Vector3f sample = Eigen::Vector3f::Zero();
+        std::copy_n(positions + i * size, size, sample.data());
+        growBox(sample);
     }
 }
 

@@ -1,5 +1,6 @@
 #include "scene/geometry/Stream.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include <boost/make_shared.hpp>
@@ -76,13 +77,14 @@ void Stream::insertValues(int tupleStride, const float* tuples, std::size_t tupl
         for (std::size_t i = 0; i < tupleCount; ++i) indices[i] = insertValue(tupleStride, tuples);
     } else if (liesIn(values, tuples)) {
         const auto size = tupleCount * static_cast<std::size_t>(stride);
-        insertEach(copyFromInside(values, size, tuples).data(), tupleCount, indices);
+        insertEach(copyFromInside(values, size, tuples).data(), tupleCount, indices, nullptr);
     } else {
-        insertEach(tuples, tupleCount, indices);
+        insertEach(tuples, tupleCount, indices, nullptr);
     }
 }
 
-void Stream::insertEach(const float* tuples, std::size_t tupleCount, int* indices) {
+void Stream::insertEach(const float* tuples, std::size_t tupleCount, int* indices,
+                        const int* keys) {
     const auto tupleSize = static_cast<std::size_t>(stride);
     const auto canInsertTogether = [&] {
         return !allowDuplicates && isIndexUseful() && values.size() % tupleSize == 0 &&
@@ -102,7 +104,7 @@ void Stream::insertEach(const float* tuples, std::size_t tupleCount, int* indice
     };
     try {
         index_->insertAll(values, tupleSize, tuples + done * tupleSize, tupleCount - done,
-                          indices + done);
+                          indices + done, keys ? keys + done : nullptr);
     } catch (...) {
         countAppended();  // What came in before the memory ended stays.
         throw;
@@ -133,6 +135,12 @@ int Stream::appendTuple(const float* value) {
     // Unsigned: a counter that a caller has set to the largest number wraps around.
     count = static_cast<int>(static_cast<unsigned int>(count) + 1u);
     return static_cast<int>(size / stride);
+}
+
+void Stream::makeRoomFor(std::size_t tupleCount) {
+    const std::size_t size = values.size() + tupleCount * static_cast<std::size_t>(stride);
+    // At least twice what there was: many calls are to copy each value a few times only.
+    if (size > values.capacity()) values.reserve(std::max(size, 2 * values.capacity()));
 }
 
 bool Stream::isIndexUseful() const {
