@@ -142,8 +142,9 @@ private:
     bool findInputs(const Vertex& corner, Inputs& inputs) const;
     bool canAddStreamFor(StreamSemantic semantic) const;
     bool prepareStreams(const Vertex& corner, bool deduplicate, Inputs& inputs);
-    bool appendTogether(const Corners& corners, std::size_t stride, Inputs& inputs);
-    bool findColumns(std::size_t stride, Inputs& inputs, Columns& columns);
+    /// False, with nothing changed, for a face that is not as faces usually are.
+    bool appendUsual(const Corners& corners);
+    bool findColumns(const Vertex& corner, std::size_t stride, Columns& columns);
     bool appendRecord(const Vertex& corner, std::size_t stride, Inputs& inputs);
     bool storeElement(const VertexElement& element, Input& input, IndexRecord& record);
     void growBox(const Eigen::Vector3f& sample);

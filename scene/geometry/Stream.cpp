@@ -86,18 +86,15 @@ void Stream::insertValues(int tupleStride, const float* tuples, std::size_t tupl
 void Stream::insertEach(const float* tuples, std::size_t tupleCount, int* indices,
                         const int* keys) {
     const auto tupleSize = static_cast<std::size_t>(stride);
-    const auto canInsertTogether = [&] {
-        return !allowDuplicates && isIndexUseful() && values.size() % tupleSize == 0 &&
-               values.size() / tupleSize + tupleCount < TupleIndex::mostTuples;
-    };
     std::size_t done = 0;
-    for (; done < tupleCount && !canInsertTogether(); ++done) {
+    for (; done < tupleCount && !canInsertTogether(tupleCount); ++done) {
         indices[done] = insert(tuples + done * tupleSize);
     }
     if (done == tupleCount) return;
     if (!index_) index_ = std::make_unique<TupleIndex>();
     const std::size_t before = values.size();
     const auto countAppended = [&] {
+        if (values.size() == before) return;
         // As in appendTuple.
         const auto appended = static_cast<unsigned int>((values.size() - before) / tupleSize);
         count = static_cast<int>(static_cast<unsigned int>(count) + appended);
@@ -141,6 +138,16 @@ void Stream::makeRoomFor(std::size_t tupleCount) {
     const std::size_t size = values.size() + tupleCount * static_cast<std::size_t>(stride);
     // At least twice what there was: many calls are to copy each value a few times only.
     if (size > values.capacity()) values.reserve(std::max(size, 2 * values.capacity()));
+}
+
+bool Stream::canInsertTogether(std::size_t tupleCount) const {
+    if (allowDuplicates || !isIndexUseful()) return false;
+    // That the values end with a whole tuple is mostly known without a division.
+    const auto tupleSize = static_cast<std::size_t>(stride);
+    if (!(index_ && index_->isCompleteOn(values, tupleSize)) && values.size() % tupleSize != 0) {
+        return false;
+    }
+    return values.size() + tupleCount * tupleSize < TupleIndex::mostTuples * tupleSize;
 }
 
 bool Stream::isIndexUseful() const {

@@ -65,6 +65,7 @@ private:
     /// Makes room for @p tupleCount more of them, and then some.
     void makeRoomFor(std::size_t tupleCount);
     bool isIndexUseful() const;
+    bool canInsertTogether(std::size_t tupleCount) const;
 
     std::unique_ptr<TupleIndex> index_;  // Made by the first search that it speeds up.
 };

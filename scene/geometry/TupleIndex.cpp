@@ -29,7 +29,7 @@ std::uint64_t readRest(const float* floats, std::size_t count) {
 }
 
 /// Multiplies and folds eight bytes at a time, after Wang Yi's wyhash.
-std::uint32_t hashTuple(const float* floats, std::size_t count) {
+inline std::uint32_t hashTuple(const float* floats, std::size_t count) {
     constexpr std::uint64_t first = 0xa0761d6478bd642fULL;
     constexpr std::uint64_t second = 0xe7037ed1a0b428dbULL;
     std::uint64_t hash = first;
@@ -159,7 +159,9 @@ void TupleIndex::insertEach(FloatArray& values, const float* tuples, std::size_t
 }
 
 // Where there is room a few single floats come in faster than a range, and none can fail.
-void TupleIndex::append(FloatArray& values, const float* value, std::size_t stride) {
+template <std::size_t FixedStride>
+void TupleIndex::append(FloatArray& values, const float* value) {
+    const std::size_t stride = FixedStride == 0 ? stride_ : FixedStride;
     if (values.capacity() - values.size() < stride) return values.append(value, stride);
     for (std::size_t i = 0; i < stride; ++i) values.floats_.push_back(value[i]);
 }
@@ -214,7 +216,7 @@ int TupleIndex::insertOne(FloatArray& values, const float* value, std::uint32_t 
         searchFor<FixedStride>(static_cast<const FloatArray&>(values).data(), value);
     if (tuple == none) {
         tuple = indexed_;
-        append(values, value, stride_);
+        append<FixedStride>(values, value);
         enter(tuple);
     }
     return static_cast<int>(tuple);

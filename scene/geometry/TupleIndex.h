@@ -23,6 +23,11 @@ public:
     /// Whether a search may trust what an earlier one has read: no reference for writing is valid.
     static bool isUsableOn(const FloatArray& values) { return !values.isExposed(); }
 
+    /// Whether the tuples that have been read make up the whole array, with no floats left over.
+    bool isCompleteOn(const FloatArray& values, std::size_t stride) const {
+        return stride == stride_ && indexed_ * stride == values.size();
+    }
+
     /// Of a tuple of @p stride floats, for find().
     static std::uint32_t hashOf(const float* value, std::size_t stride);
 
@@ -59,7 +64,8 @@ private:
     std::size_t search(const FloatArray& values, const float* value);
     template <std::size_t FixedStride>
     std::size_t searchFor(const float* floats, const float* value);
-    static void append(FloatArray& values, const float* value, std::size_t stride);
+    template <std::size_t FixedStride>
+    void append(FloatArray& values, const float* value);
     template <std::size_t FixedStride>
     void insertEach(FloatArray& values, const float* tuples, std::size_t count, int* indices,
                     const int* keys);
