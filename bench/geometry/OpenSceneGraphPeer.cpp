@@ -1,31 +1,18 @@
 #include <cmath>
-#include <osg/Geometry>
 #include <osgUtil/SmoothingVisitor>
 
 #include <benchmark/benchmark.h>
 
 #include "bench/HeapBytes.h"
-#include "bench/TorusGrid.h"
+#include "bench/OpenSceneGraphTorus.h"
 
 namespace vantorix::bench {
 namespace {
 
-osg::ref_ptr<osg::Geometry> makeGeometry(const TorusGrid& grid) {
-    osg::ref_ptr<osg::Vec3Array> positions = new osg::Vec3Array;
-    for (std::size_t i = 0; i < grid.positions.size(); i += 3) {
-        positions->push_back({grid.positions[i], grid.positions[i + 1], grid.positions[i + 2]});
-    }
-    osg::ref_ptr<osg::Geometry> geometry = new osg::Geometry;
-    geometry->setVertexArray(positions);
-    geometry->addPrimitiveSet(new osg::DrawElementsUInt(
-        GL_TRIANGLES, static_cast<unsigned int>(grid.indices.size()), grid.indices.data()));
-    return geometry;
-}
-
 /// range(0): cells per side of the torus. Items are triangles.
 void openSceneGraphNormals(benchmark::State& state) {
     const TorusGrid grid(static_cast<int>(state.range(0)));
-    const auto geometry = makeGeometry(grid);
+    const auto geometry = makeOpenSceneGraphTorus(grid);
     for (auto _ : state) osgUtil::SmoothingVisitor::smooth(*geometry, osg::PI);
     const auto* const normals = dynamic_cast<const osg::Vec3Array*>(geometry->getNormalArray());
     if (!normals || std::abs(normals->front().length() - 1) > 1e-3f) {
@@ -42,7 +29,7 @@ void openSceneGraphMemory(benchmark::State& state) {
     double bytes = 0;
     for (auto _ : state) {
         const double before = heapBytes();
-        const auto geometry = makeGeometry(grid);
+        const auto geometry = makeOpenSceneGraphTorus(grid);
         osg::ref_ptr<osg::Vec3Array> normals =
             new osg::Vec3Array(static_cast<unsigned int>(grid.pointCount()),
                                reinterpret_cast<const osg::Vec3*>(grid.normals.data()));

@@ -1,27 +1,18 @@
 #include <osg/Geode>
-#include <osg/Geometry>
 #include <osg/KdTree>
 #include <osgUtil/LineSegmentIntersector>
 
 #include <benchmark/benchmark.h>
 
-#include "bench/TorusGrid.h"
+#include "bench/OpenSceneGraphTorus.h"
 #include "bench/spatial/RayCases.h"
 
 namespace vantorix::bench {
 namespace {
 
 osg::ref_ptr<osg::Geode> makeTorus(const TorusGrid& grid) {
-    osg::ref_ptr<osg::Vec3Array> positions = new osg::Vec3Array;
-    for (std::size_t i = 0; i < grid.positions.size(); i += 3) {
-        positions->push_back({grid.positions[i], grid.positions[i + 1], grid.positions[i + 2]});
-    }
-    osg::ref_ptr<osg::Geometry> geometry = new osg::Geometry;
-    geometry->setVertexArray(positions);
-    geometry->addPrimitiveSet(new osg::DrawElementsUInt(
-        GL_TRIANGLES, static_cast<unsigned int>(grid.indices.size()), grid.indices.data()));
     osg::ref_ptr<osg::Geode> geode = new osg::Geode;
-    geode->addDrawable(geometry);
+    geode->addDrawable(makeOpenSceneGraphTorus(grid));
     osg::ref_ptr<osg::KdTreeBuilder> builder = new osg::KdTreeBuilder;
     geode->accept(*builder);
     return geode;

@@ -48,8 +48,7 @@ bool extendLanes(std::array<Lanes, 3>& corners, const float* values, std::size_t
 }  // namespace
 
 template <typename Rule>
-Eigen::Vector3f cornerOf(const float* positions, std::size_t count) {
-    Eigen::Vector3f corner = Eigen::Map<const Eigen::Vector3f>(positions);
+void extend(Eigen::Vector3f& corner, const float* positions, std::size_t count) {
     const std::size_t blocks = count / laneCount;
     std::size_t done = 0;
     if (blocks > 0) {
@@ -66,11 +65,12 @@ Eigen::Vector3f cornerOf(const float* positions, std::size_t count) {
     for (std::size_t i = done; i < count; ++i) {
         extend<Rule>(corner, Eigen::Map<const Eigen::Vector3f>(positions + i * 3));
     }
-    return corner;
 }
 
-template Eigen::Vector3f cornerOf<LowerBound>(const float* positions, std::size_t count);
-template Eigen::Vector3f cornerOf<UpperBound>(const float* positions, std::size_t count);
+template void extend<LowerBound>(Eigen::Vector3f& corner, const float* positions,
+                                 std::size_t count);
+template void extend<UpperBound>(Eigen::Vector3f& corner, const float* positions,
+                                 std::size_t count);
 
 void requireSampleSize(std::size_t size) {
     if (size > 3) throw std::out_of_range("invalid vector<T> subscript");

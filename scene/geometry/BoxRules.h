@@ -29,10 +29,17 @@ void extend(Eigen::Vector3f& corner, const Eigen::Vector3f& sample) {
     for (int axis = 0; axis < 3; ++axis) corner[axis] = Rule::pick(corner[axis], sample[axis]);
 }
 
-/// The corner of the box of @p count positions of three floats, one after the other. The first
-/// position is where it starts from.
+/// By @p count positions of three floats, one after the other.
 template <typename Rule>
-Eigen::Vector3f cornerOf(const float* positions, std::size_t count);
+void extend(Eigen::Vector3f& corner, const float* positions, std::size_t count);
+
+/// The corner of the box of that many positions, of which the first one is where it starts from.
+template <typename Rule>
+Eigen::Vector3f cornerOf(const float* positions, std::size_t count) {
+    Eigen::Vector3f corner = Eigen::Map<const Eigen::Vector3f>(positions);
+    extend<Rule>(corner, positions, count);
+    return corner;
+}
 
 /// @throws std::out_of_range when a position of @p size components makes no sample.
 void requireSampleSize(std::size_t size);

@@ -17,8 +17,8 @@ class EdgeTable {
 public:
     static constexpr std::uint32_t unset = std::numeric_limits<std::uint32_t>::max();
 
-    /// Has room for that many corners and edges.
-    EdgeTable(std::size_t corners, std::size_t edges) {
+    /// Makes room for that many corners and edges.
+    void reserve(std::size_t corners, std::size_t edges) {
         first_.reserve(corners);
         edges_.reserve(edges);
     }

@@ -72,21 +72,36 @@ FaceAssembler::Value FaceAssembler::value(StreamSemantic semantic, std::size_t s
     return {inputs_.size(), 0, Eigen::Vector3f::Zero()};
 }
 
+const FaceAssembler::Input* FaceAssembler::findLast(StreamSemantic semantic) const {
+    for (std::size_t i = inputs_.size(); i-- > 0;) {
+        if (inputs_[i].semantic == semantic) return &inputs_[i];
+    }
+    return nullptr;
+}
+
+bool FaceAssembler::haveValues(StreamSemantic semantic, std::size_t count) const {
+    const auto* const likely = findLast(semantic);
+    for (std::size_t start = 0; likely && count > 0; --count, start += stride_) {
+        if (!find(*likely, start) && !hasValue(semantic, start)) return false;
+    }
+    return likely || count == 0;
+}
+
 void FaceAssembler::readValues(StreamSemantic semantic, std::size_t first, std::size_t count,
                                std::vector<Value>& values) const {
-    values.clear();
-    std::size_t likely = inputs_.size();
-    while (likely > 0 && inputs_[likely - 1].semantic != semantic) --likely;
-    const bool isLikely = likely > 0 && inputs_[likely - 1].tuples.size() > 0;
-    for (std::size_t start = first * stride_; values.size() < count; start += stride_) {
-        const float* const floats = isLikely ? find(inputs_[likely - 1], start) : nullptr;
-        if (floats) {
-            const auto& input = inputs_[likely - 1];
-            values.push_back(
-                {likely - 1, indexStream_[start + input.slot], input.tuples.toVector(floats)});
+    values.resize(count);
+    const auto* const likely = findLast(semantic);
+    const bool isLikely = likely && likely->tuples.size() > 0;
+    std::size_t start = first * stride_;
+    for (auto& read : values) {
+        if (const float* const floats = isLikely ? find(*likely, start) : nullptr) {
+            read.input = static_cast<std::size_t>(likely - inputs_.data());
+            read.tuple = indexStream_[start + likely->slot];
+            read.floats = likely->tuples.toVector(floats);
         } else {
-            values.push_back(value(semantic, start));
+            read = value(semantic, start);
         }
+        start += stride_;
     }
 }
 

@@ -41,6 +41,8 @@ public:
     bool hasValue(StreamSemantic semantic, std::size_t start) const {
         return value(semantic, start).input < inputs_.size();
     }
+    /// Whether that holds for the first @p count records.
+    bool haveValues(StreamSemantic semantic, std::size_t count) const;
     /// That value; zeros, from an input of their own, when it gets none.
     Value value(StreamSemantic semantic, std::size_t start) const;
 
@@ -67,6 +69,8 @@ private:
     void addVertices(std::size_t slot, const Mesh& mesh);
     void addInput(const StreamMapping& mapping, std::size_t slot);
 
+    /// The last input of a semantic, which counts where it has a value; null without one.
+    const Input* findLast(StreamSemantic semantic) const;
     /// Null when the record or the stream ends before.
     const float* find(const Input& input, std::size_t start) const {
         const std::size_t place = start + input.slot;

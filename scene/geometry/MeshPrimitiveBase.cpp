@@ -1,6 +1,7 @@
 #include "scene/geometry/MeshPrimitiveBase.h"
 
 #include <algorithm>
+#include <bitset>
 #include <limits>
 #include <utility>
 
@@ -38,6 +39,13 @@ std::vector<std::size_t> findVertexSlots(const std::vector<StreamMapping>& mappi
         if (mappings[i].semantic == VERTEX) slots.push_back(i);
     }
     return slots;
+}
+
+int countDistinctOffsets(const std::vector<StreamMapping>& mappings) {
+    std::vector<int> offsets;
+    for (const auto& mapping : mappings) offsets.push_back(mapping.offset);
+    std::sort(offsets.begin(), offsets.end());
+    return static_cast<int>(std::unique(offsets.begin(), offsets.end()) - offsets.begin());
 }
 
 }  // namespace
@@ -99,10 +107,14 @@ boost::shared_ptr<Mesh> MeshPrimitiveBase::releaseMesh(const Mesh& mesh) {
 }
 
 int MeshPrimitiveBase::calculateIndexStreamStride() const {
-    boost::container::small_vector<int, 16> offsets;
-    for (const auto& mapping : streamMappings_) offsets.push_back(mapping.offset);
-    std::sort(offsets.begin(), offsets.end());
-    return static_cast<int>(std::unique(offsets.begin(), offsets.end()) - offsets.begin());
+    // Of offsets that are few and small, as they usually are, there is one bit each.
+    std::bitset<64> met;
+    for (const auto& mapping : streamMappings_) {
+        const auto offset = static_cast<unsigned int>(mapping.offset);
+        if (offset >= met.size()) return countDistinctOffsets(streamMappings_);
+        met[offset] = true;
+    }
+    return static_cast<int>(met.count());
 }
 
 void MeshPrimitiveBase::calculateMinMax() {

@@ -88,6 +88,8 @@ protected:
     /// What many records get from one semantic: values that lie one after the other, which are
     /// stored in @p stream while their indices go to a slot of the records.
     struct Column {
+        std::size_t size() const;  ///< Floats per value.
+
         Stream* stream;
         std::size_t slot;
         bool isPosition;  ///< Of three components at most; the box grows by them.
@@ -140,11 +142,13 @@ private:
     bool findInputs(const Vertex& corner, Inputs& inputs) const;
     bool canAddStreamFor(StreamSemantic semantic) const;
     bool prepareStreams(const Vertex& corner, bool deduplicate, Inputs& inputs);
-    bool appendTogether(const Corners& corners, std::size_t stride, Inputs& inputs);
-    bool findColumns(std::size_t stride, Inputs& inputs, Columns& columns);
+    /// False, with nothing changed, for a face that is not as faces usually are.
+    bool appendUsual(const Corners& corners);
+    bool findColumns(const Vertex& corner, std::size_t stride, Columns& columns);
     bool appendRecord(const Vertex& corner, std::size_t stride, Inputs& inputs);
     bool storeElement(const VertexElement& element, Input& input, IndexRecord& record);
     void growBox(const Eigen::Vector3f& sample);
+    void growBox(const float* positions, std::size_t size, std::size_t count);
 
     boost::shared_ptr<Mesh> keptMesh_;  // Empty once the mesh's list holds this primitive.
     boost::weak_ptr<Mesh> mesh_;

@@ -21,6 +21,30 @@ Eigen::Vector3f toSample(const VertexElement& position) {
     return sample;
 }
 
+/// Whether both have elements of the same semantics and sizes, with values, in the same order.
+bool isAlike(const Vertex& left, const Vertex& right) {
+    const auto& elements = left.getElements();
+    const auto& others = right.getElements();
+    if (elements.size() != others.size()) return false;
+    for (std::size_t i = 0; i < elements.size(); ++i) {
+        const auto& element = *elements[i];
+        const auto& other = *others[i];
+        if (element.semantic != other.semantic || element.size != other.size) return false;
+        if (!element.values) return false;
+    }
+    return true;
+}
+
+/// Few floats are copied faster one by one than by a call.
+float* copyFloats(const float* from, std::size_t count, float* to) {
+    if (count > 4) return std::copy_n(from, count, to);
+    to[0] = from[0];
+    if (count > 1) to[1] = from[1];
+    if (count > 2) to[2] = from[2];
+    if (count > 3) to[3] = from[3];
+    return to + count;
+}
+
 /// Faces often lie far apart in memory: all that a face refers to is asked for at once.
 template <typename Corners>
 void fetchElements(const Corners& corners) {
@@ -34,9 +58,10 @@ void fetchElements(const Corners& corners) {
 }  // namespace
 
 bool MeshPrimitiveBase::appendFace(const Corners& corners, bool deduplicate) {
+    fetchElements(corners);
+    if (appendUsual(corners)) return true;
     const auto mesh = lockMesh();
     if (!mesh) return false;
-    fetchElements(corners);
     Inputs inputs;
     for (const auto& corner : corners) {
         if (!corner || !findInputs(*corner, inputs)) return false;
@@ -45,8 +70,8 @@ bool MeshPrimitiveBase::appendFace(const Corners& corners, bool deduplicate) {
     for (const auto& corner : corners) {
         if (!prepareStreams(*corner, deduplicate, inputs)) return false;
     }
+    if (appendUsual(corners)) return true;
     const auto stride = static_cast<std::size_t>(calculateIndexStreamStride());
-    if (appendTogether(corners, stride, inputs)) return true;
     for (const auto& corner : corners) {
         if (!appendRecord(*corner, stride, inputs)) return false;  // No rollback: others stay.
     }
@@ -95,44 +120,48 @@ int MeshPrimitiveBase::findSlot(StreamSemantic semantic, const Stream& stream) {
     return getStreamMappingOffsetForSemantic(stream.allowDuplicates ? VERTEX : semantic);
 }
 
-// The usual face: all corners have the same semantics in the same order.
-bool MeshPrimitiveBase::appendTogether(const Corners& corners, std::size_t stride, Inputs& inputs) {
-    for (const auto& corner : corners) {
-        const auto& elements = corner->getElements();
-        if (elements.size() != inputs.size()) return false;
-        for (std::size_t i = 0; i < inputs.size(); ++i) {
-            if (elements[i]->semantic != inputs[i].semantic || elements[i]->size <= 0) return false;
-        }
-    }
+// All corners have the same semantics in the same order, and their streams are there.
+bool MeshPrimitiveBase::appendUsual(const Corners& corners) {
+    if (corners.count == 0 || !*corners.first) return false;
+    const auto stride = static_cast<std::size_t>(calculateIndexStreamStride());
     Columns columns;
-    if (!findColumns(stride, inputs, columns)) return false;
+    if (!findColumns(**corners.first, stride, columns)) return false;
+    for (const auto& corner : corners) {
+        if (!corner || !isAlike(*corner, **corners.first)) return false;
+    }
     std::size_t floats = 0;
-    for (const auto& input : inputs) floats += static_cast<std::size_t>(input.stream->stride);
+    for (const auto& column : columns) floats += column.size();
     boost::container::small_vector<float, 64> values(floats * corners.count,
                                                      boost::container::default_init);
     float* next = values.data();
-    for (std::size_t i = 0; i < inputs.size(); ++i) {
+    for (std::size_t i = 0; i < columns.size(); ++i) {
         columns[i].values = next;
         for (const auto& corner : corners) {
-            const auto& element = *corner->getElements()[i];
-            next = std::copy_n(element.values, element.size, next);
+            next = copyFloats(corner->getElements()[i]->values, columns[i].size(), next);
         }
     }
     appendRecords(columns, corners.count, stride);
     return true;
 }
 
-bool MeshPrimitiveBase::findColumns(std::size_t stride, Inputs& inputs, Columns& columns) {
-    for (auto& input : inputs) {
-        if (!input.stream) return false;
-        if (input.slot == Input::unknownSlot) input.slot = findSlot(input.semantic, *input.stream);
-        const bool isPosition = input.semantic == POSITION;
-        if (input.slot < 0 || static_cast<std::size_t>(input.slot) >= stride) return false;
-        if (isPosition && input.stream->stride > 3) return false;
-        columns.push_back(
-            {input.stream, static_cast<std::size_t>(input.slot), isPosition, nullptr});
+bool MeshPrimitiveBase::findColumns(const Vertex& corner, std::size_t stride, Columns& columns) {
+    // Without it a slot may be missing, which is logged when its element's turn comes.
+    if (!findBySemantic(streamMappings_, VERTEX)) return false;
+    for (const auto& element : corner.getElements()) {
+        const auto* const mapping = findMapping(element->semantic);
+        auto* const stream = mapping ? mapping->stream.get() : nullptr;
+        if (!stream || element->size <= 0 || element->size != stream->stride) return false;
+        const bool isPosition = element->semantic == POSITION;
+        if (isPosition && element->size > 3) return false;
+        const int slot = findSlot(element->semantic, *stream);
+        if (slot < 0 || static_cast<std::size_t>(slot) >= stride) return false;
+        columns.push_back({stream, static_cast<std::size_t>(slot), isPosition, nullptr});
     }
     return areIndependent(columns);
+}
+
+std::size_t MeshPrimitiveBase::Column::size() const {
+    return static_cast<std::size_t>(stream->stride);
 }
 
 bool MeshPrimitiveBase::areIndependent(const Columns& columns) {
@@ -146,22 +175,37 @@ bool MeshPrimitiveBase::areIndependent(const Columns& columns) {
 
 void MeshPrimitiveBase::appendRecords(const Columns& columns, std::size_t count,
                                       std::size_t stride) {
+    boost::container::small_vector<int, 16> keys(count);
     boost::container::small_vector<int, 16> tuples(count);
     const std::size_t first = indexStream_.size();
     for (const auto& column : columns) {
-        const auto size = static_cast<std::size_t>(column.stream->stride);
-        for (std::size_t i = 0; column.isPosition && i < count; ++i) {
-            Eigen::Vector3f sample = Eigen::Vector3f::Zero();
-            std::copy_n(column.values + i * size, size, sample.data());
-            growBox(sample);
-        }
+        if (column.isPosition)
+            growBox(column.values, static_cast<std::size_t>(column.stream->stride), count);
     }
     indexStream_.resize(first + count * stride);
+    // Corners with equal values in the first column often have equal ones in the others.
+    const bool hasKeys = !columns.empty() && !columns.front().stream->allowDuplicates;
     for (const auto& column : columns) {
-        column.stream->insertValues(column.stream->stride, column.values, count, tuples.data());
+        const bool isFirst = &column == columns.data();
+        int* const indices = isFirst ? keys.data() : tuples.data();
+        column.stream->insertEach(column.values, count, indices,
+                                  hasKeys && !isFirst ? keys.data() : nullptr);
         for (std::size_t i = 0; i < count; ++i) {
-            indexStream_[first + i * stride + column.slot] = static_cast<unsigned int>(tuples[i]);
+            indexStream_[first + i * stride + column.slot] = static_cast<unsigned int>(indices[i]);
         }
+    }
+}
+
+void MeshPrimitiveBase::growBox(const float* positions, std::size_t size, std::size_t count) {
+    if (size == 3) {
+        extend<LowerBound>(bvMin_, positions, count);
+        extend<UpperBound>(bvMax_, positions, count);
+        return;
+    }
+    for (std::size_t i = 0; i < count; ++i) {
+        Eigen::Vector3f sample = Eigen::Vector3f::Zero();
+        std::copy_n(positions + i * size, size, sample.data());
+        growBox(sample);
     }
 }
 

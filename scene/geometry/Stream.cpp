@@ -2,10 +2,10 @@
 
 #include <algorithm>
 #include <cstring>
-#include <functional>
 
 #include <boost/make_shared.hpp>
 
+#include "scene/geometry/InsideTuples.h"
 #include "scene/geometry/TupleIndex.h"
 
 namespace vantorix::scene {
@@ -25,21 +25,6 @@ std::size_t scan(const FloatArray& values, std::size_t stride, const float* valu
         }
     }
     return TupleIndex::none;
-}
-
-bool liesIn(const FloatArray& values, const float* value) {
-    const std::less<> before;
-    return !before(value, values.data()) && before(value, values.data() + values.size());
-}
-
-/// A tuple that starts inside the array, as it reads when its floats are appended one by one: where
-/// it runs past the end, it meets itself.
-std::vector<float> copyFromInside(const FloatArray& values, std::size_t stride,
-                                  const float* value) {
-    const auto rest = static_cast<std::size_t>(values.data() + values.size() - value);
-    std::vector<float> tuple(value, value + std::min(stride, rest));
-    for (std::size_t i = 0; tuple.size() < stride; ++i) tuple.push_back(tuple[i]);
-    return tuple;
 }
 
 }  // namespace
@@ -92,30 +77,36 @@ void Stream::insertValues(int tupleStride, const float* tuples, std::size_t tupl
         for (std::size_t i = 0; i < tupleCount; ++i) indices[i] = insertValue(tupleStride, tuples);
     } else if (liesIn(values, tuples)) {
         const auto size = tupleCount * static_cast<std::size_t>(stride);
-        insertEach(copyFromInside(values, size, tuples).data(), tupleCount, indices);
+        insertEach(copyFromInside(values, size, tuples).data(), tupleCount, indices, nullptr);
     } else {
-        insertEach(tuples, tupleCount, indices);
+        insertEach(tuples, tupleCount, indices, nullptr);
     }
 }
 
-void Stream::insertEach(const float* tuples, std::size_t tupleCount, int* indices) {
+void Stream::insertEach(const float* tuples, std::size_t tupleCount, int* indices,
+                        const int* keys) {
     const auto tupleSize = static_cast<std::size_t>(stride);
-    const auto canInsertTogether = [&] {
-        return !allowDuplicates && isIndexUseful() && values.size() % tupleSize == 0 &&
-               values.size() / tupleSize + tupleCount < TupleIndex::mostTuples;
-    };
     std::size_t done = 0;
-    for (; done < tupleCount && !canInsertTogether(); ++done) {
+    for (; done < tupleCount && !canInsertTogether(tupleCount); ++done) {
         indices[done] = insert(tuples + done * tupleSize);
     }
     if (done == tupleCount) return;
     if (!index_) index_ = std::make_unique<TupleIndex>();
     const std::size_t before = values.size();
-    index_->insertAll(values, tupleSize, tuples + done * tupleSize, tupleCount - done,
-                      indices + done);
-    // As in appendTuple.
-    const auto appended = static_cast<unsigned int>((values.size() - before) / tupleSize);
-    count = static_cast<int>(static_cast<unsigned int>(count) + appended);
+    const auto countAppended = [&] {
+        if (values.size() == before) return;
+        // As in appendTuple.
+        const auto appended = static_cast<unsigned int>((values.size() - before) / tupleSize);
+        count = static_cast<int>(static_cast<unsigned int>(count) + appended);
+    };
+    try {
+        index_->insertAll(values, tupleSize, tuples + done * tupleSize, tupleCount - done,
+                          indices + done, keys ? keys + done : nullptr);
+    } catch (...) {
+        countAppended();  // What came in before the memory ended stays.
+        throw;
+    }
+    countAppended();
 }
 
 int Stream::insert(const float* value) {
@@ -141,6 +132,22 @@ int Stream::appendTuple(const float* value) {
     // Unsigned: a counter that a caller has set to the largest number wraps around.
     count = static_cast<int>(static_cast<unsigned int>(count) + 1u);
     return static_cast<int>(size / stride);
+}
+
+void Stream::makeRoomFor(std::size_t tupleCount) {
+    const std::size_t size = values.size() + tupleCount * static_cast<std::size_t>(stride);
+    // At least twice what there was: many calls are to copy each value a few times only.
+    if (size > values.capacity()) values.reserve(std::max(size, 2 * values.capacity()));
+}
+
+bool Stream::canInsertTogether(std::size_t tupleCount) const {
+    if (allowDuplicates || !isIndexUseful()) return false;
+    // That the values end with a whole tuple is mostly known without a division.
+    const auto tupleSize = static_cast<std::size_t>(stride);
+    if (!(index_ && index_->isCompleteOn(values, tupleSize)) && values.size() % tupleSize != 0) {
+        return false;
+    }
+    return values.size() + tupleCount * tupleSize < TupleIndex::mostTuples * tupleSize;
 }
 
 bool Stream::isIndexUseful() const {

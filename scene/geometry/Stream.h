@@ -54,11 +54,18 @@ public:
     std::vector<std::string> stringValues;
 
 private:
+    friend class MeshPrimitiveBase;
+    friend class TriangleMeshPrimitive;
+
     int insert(const float* value);
     int insert(const float* value, std::uint32_t hash);
-    void insertEach(const float* tuples, std::size_t tupleCount, int* indices);
+    /// Tuples of a positive stride from outside values, with the keys of TupleIndex::insertAll.
+    void insertEach(const float* tuples, std::size_t tupleCount, int* indices, const int* keys);
     int appendTuple(const float* value);
+    /// Makes room for @p tupleCount more of them, and then some.
+    void makeRoomFor(std::size_t tupleCount);
     bool isIndexUseful() const;
+    bool canInsertTogether(std::size_t tupleCount) const;
 
     std::unique_ptr<TupleIndex> index_;  // Made by the first search that it speeds up.
 };

@@ -86,6 +86,10 @@ private:
 
     bool findColumns(const std::vector<CornerValues>& corners, std::size_t stride,
                      Columns& columns);
+    /// Appends @p count records, in blocks.
+    void appendColumns(Columns& columns, std::size_t count, std::size_t stride);
+    /// And lets @p columns go on behind them.
+    void appendBlock(Columns& columns, std::size_t count, std::size_t stride);
     std::size_t listPosition(const StreamMapping* mapping) const;
     /// Per corner, what its record has in the VERTEX slot; noVertex without one.
     std::vector<unsigned int> vertexIndices() const;

@@ -9,14 +9,11 @@
 namespace vantorix::scene {
 namespace {
 
-using SplitPositions = RefinedValues<3>;
-
 /// Four triangles with the winding of the one that is split.
-constexpr std::array<SplitPositions::Place, 12> splitCorners = {
-    SplitPositions::CORNER_A,  SplitPositions::MIDDLE_AB, SplitPositions::MIDDLE_AC,
-    SplitPositions::MIDDLE_AB, SplitPositions::MIDDLE_BC, SplitPositions::MIDDLE_AC,
-    SplitPositions::MIDDLE_AB, SplitPositions::CORNER_B,  SplitPositions::MIDDLE_BC,
-    SplitPositions::MIDDLE_AC, SplitPositions::MIDDLE_BC, SplitPositions::CORNER_C};
+constexpr std::array<SplitPlaces::Place, 12> splitCorners = {
+    SplitPlaces::CORNER_A,  SplitPlaces::MIDDLE_AB, SplitPlaces::MIDDLE_AC, SplitPlaces::MIDDLE_AB,
+    SplitPlaces::MIDDLE_BC, SplitPlaces::MIDDLE_AC, SplitPlaces::MIDDLE_AB, SplitPlaces::CORNER_B,
+    SplitPlaces::MIDDLE_BC, SplitPlaces::MIDDLE_AC, SplitPlaces::MIDDLE_BC, SplitPlaces::CORNER_C};
 
 template <typename Value>
 Value halfWay(const Value& from, const Value& to) {
@@ -29,18 +26,18 @@ Eigen::Vector3f middleNormal(const Eigen::Vector3f& from, const Eigen::Vector3f&
 }
 
 /// @param triangle the vertices of its three corners.
-void addInfluences(SplitPositions::Place place, const unsigned int* triangle,
+void addInfluences(SplitPlaces::Place place, const unsigned int* triangle,
                    RefinedInfluences& influences) {
     switch (place) {
-        case SplitPositions::CORNER_A:
+        case SplitPlaces::CORNER_A:
             return influences.addCorner(triangle[0]);
-        case SplitPositions::MIDDLE_AB:
+        case SplitPlaces::MIDDLE_AB:
             return influences.addMidpoint(triangle[0], triangle[1]);
-        case SplitPositions::MIDDLE_AC:
+        case SplitPlaces::MIDDLE_AC:
             return influences.addMidpoint(triangle[0], triangle[2]);
-        case SplitPositions::MIDDLE_BC:
+        case SplitPlaces::MIDDLE_BC:
             return influences.addMidpoint(triangle[1], triangle[2]);
-        case SplitPositions::CORNER_B:
+        case SplitPlaces::CORNER_B:
             return influences.addCorner(triangle[1]);
         default:
             return influences.addCorner(triangle[2]);
@@ -54,6 +51,7 @@ TriangleSplit::TriangleSplit(const FaceAssembler& faces, std::size_t stride, std
       stride_(stride),
       count_(count),
       positions_("VTX_SUBDIVIDE_POSITION_STREAM", halfWay<Eigen::Vector3f>, count) {
+    positionPlaces_.reserve(count);
     // Indices only line up with corners when every corner has a value: all triangles or none.
     if (areComplete(NORMAL)) normals_.emplace("VTX_SUBDIVIDE_NORMAL_STREAM", middleNormal, count);
     if (areComplete(TEXCOORD0)) {
@@ -65,42 +63,65 @@ void TriangleSplit::run(RefinedInfluences* influences, const std::vector<unsigne
     // Few enough for the memory next to the processor, and enough for searches side by side.
     constexpr std::size_t blockSize = 128;
     indices_.resize(count_ * splitCorners.size() * recordSize());
-    const auto ignore = [](std::size_t, auto) {};
-    for (Block block{0, 0}; block.first < count_; block.first += blockSize) {
-        block.count = std::min(blockSize, count_ - block.first);
-        split(positions_, POSITION, block, 0, [&](std::size_t triangle, auto place) {
-            if (influences)
-                addInfluences(place, &vertices[3 * (block.first + triangle)], *influences);
+    for (std::size_t first = 0; first < count_; first += blockSize) {
+        const std::size_t size = std::min(blockSize, count_ - first);
+        readBlock(first, size);
+        positionPlaces_.addBlock(positions_.cornerNumbers(), positions_.cornerCount());
+        store(positions_, positionPlaces_, first, size, 0, [&](std::size_t triangle, auto place) {
+            if (influences) addInfluences(place, &vertices[3 * (first + triangle)], *influences);
         });
         std::size_t slot = 1;
-        if (normals_) split(*normals_, NORMAL, block, slot++, ignore);
-        if (textureCoordinates_) split(*textureCoordinates_, TEXCOORD0, block, slot, ignore);
+        if (normals_) storeBeside(*normals_, normalPlaces_, first, size, slot++);
+        if (textureCoordinates_)
+            storeBeside(*textureCoordinates_, texturePlaces_, first, size, slot);
     }
     positions_.finish();
     if (normals_) normals_->finish();
     if (textureCoordinates_) textureCoordinates_->finish();
 }
 
+void TriangleSplit::readBlock(std::size_t first, std::size_t count) {
+    positions_.readBlock(faces_, POSITION, 3 * first, 3 * count);
+    if (normals_) readBeside(*normals_, NORMAL, normalPlaces_, first, count);
+    if (textureCoordinates_) {
+        readBeside(*textureCoordinates_, TEXCOORD0, texturePlaces_, first, count);
+    }
+}
+
+template <typename Values>
+void TriangleSplit::readBeside(Values& values, StreamSemantic semantic, OwnPlaces& places,
+                               std::size_t first, std::size_t count) {
+    values.readBlock(faces_, semantic, 3 * first, 3 * count);
+    // Up to here both went through the same numbers.
+    if (!places && values.cornerNumbers() != positions_.cornerNumbers()) {
+        places = positionPlaces_;
+        places->reserve(count_);
+    }
+}
+
+template <typename Values>
+void TriangleSplit::storeBeside(Values& values, OwnPlaces& places, std::size_t first,
+                                std::size_t count, std::size_t slot) {
+    if (places) places->addBlock(values.cornerNumbers(), values.cornerCount());
+    store(values, places ? *places : positionPlaces_, first, count, slot, [](std::size_t, auto) {});
+}
+
 template <typename Values, typename OnNew>
-void TriangleSplit::split(Values& values, StreamSemantic semantic, Block block, std::size_t slot,
-                          OnNew onNew) {
-    faces_.readValues(semantic, 3 * block.first, 3 * block.count, corners_);
-    values.addBlock(corners_, onNew);
+void TriangleSplit::store(Values& values, const SplitPlaces& places, std::size_t first,
+                          std::size_t count, std::size_t slot, OnNew onNew) {
+    values.storeBlock(places, onNew);
     const std::size_t size = recordSize();
-    std::size_t place = block.first * splitCorners.size() * size + slot;
-    for (std::size_t triangle = 0; triangle < block.count; ++triangle) {
+    std::size_t target = first * splitCorners.size() * size + slot;
+    for (std::size_t triangle = 0; triangle < count; ++triangle) {
         for (const auto corner : splitCorners) {
-            indices_[place] = values.index(triangle, static_cast<typename Values::Place>(corner));
-            place += size;
+            indices_[target] = values.index(places.at(triangle, corner));
+            target += size;
         }
     }
 }
 
 bool TriangleSplit::areComplete(StreamSemantic semantic) const {
-    for (std::size_t corner = 0; corner < 3 * count_; ++corner) {
-        if (!faces_.hasValue(semantic, corner * stride_)) return false;
-    }
-    return count_ > 0;
+    return count_ > 0 && faces_.haveValues(semantic, 3 * count_);
 }
 
 std::size_t TriangleSplit::recordSize() const {

@@ -36,12 +36,20 @@ private:
     bool areComplete(StreamSemantic semantic) const;
     std::size_t recordSize() const;
 
-    struct Block {
-        std::size_t first;
-        std::size_t count;  // Triangles.
-    };
+    /// Empty as long as corners are numbered as those of the positions are.
+    using OwnPlaces = std::optional<SplitPlaces>;
+
+    /// All semantics of @p count triangles.
+    void readBlock(std::size_t first, std::size_t count);
+    template <typename Values>
+    void readBeside(Values& values, StreamSemantic semantic, OwnPlaces& places, std::size_t first,
+                    std::size_t count);
+    template <typename Values>
+    void storeBeside(Values& values, OwnPlaces& places, std::size_t first, std::size_t count,
+                     std::size_t slot);
     template <typename Values, typename OnNew>
-    void split(Values& values, StreamSemantic semantic, Block block, std::size_t slot, OnNew onNew);
+    void store(Values& values, const SplitPlaces& places, std::size_t first, std::size_t count,
+               std::size_t slot, OnNew onNew);
 
     const FaceAssembler& faces_;
     std::size_t stride_;
@@ -49,7 +57,8 @@ private:
     RefinedValues<3> positions_;
     std::optional<RefinedValues<3>> normals_;
     std::optional<RefinedValues<2>> textureCoordinates_;
-    std::vector<FaceAssembler::Value> corners_;  // Of the semantic and the block at hand.
+    SplitPlaces positionPlaces_;
+    OwnPlaces normalPlaces_, texturePlaces_;
     std::vector<unsigned int> indices_;
 };
 

@@ -29,7 +29,7 @@ std::uint64_t readRest(const float* floats, std::size_t count) {
 }
 
 /// Multiplies and folds eight bytes at a time, after Wang Yi's wyhash.
-std::uint32_t hashTuple(const float* floats, std::size_t count) {
+inline std::uint32_t hashTuple(const float* floats, std::size_t count) {
     constexpr std::uint64_t first = 0xa0761d6478bd642fULL;
     constexpr std::uint64_t second = 0xe7037ed1a0b428dbULL;
     std::uint64_t hash = first;
@@ -90,6 +90,7 @@ void TupleIndex::readChanges(FloatArray& values, std::size_t stride) {
     if (stride != stride_) indexed_ = 0;
     stride_ = stride;
     indexed_ = std::min(indexed_, values.unchangedSize() / stride);
+    if (indexed_ == 0) isDistinct_ = true;
     const std::size_t tuples = values.size() / stride;
     if (!hasRoomFor(tuples - indexed_)) grow(tuples - indexed_);
     const float* const floats = static_cast<const FloatArray&>(values).data();
@@ -101,6 +102,7 @@ void TupleIndex::readChanges(FloatArray& values, std::size_t stride) {
             enter(indexed_);
         } else {
             ++indexed_;
+            isDistinct_ = false;
         }
     }
     markRead(values);
@@ -137,48 +139,103 @@ std::size_t TupleIndex::searchFor(const float* floats, const float* value) {
 }
 
 void TupleIndex::insertAll(FloatArray& values, std::size_t stride, const float* tuples,
-                           std::size_t count, int* indices) {
+                           std::size_t count, int* indices, const int* keys) {
     if (!isUpToDate(values, stride)) readChanges(values, stride);
-    if (stride == 3) return insertEach<3>(values, tuples, count, indices);
-    if (stride == 2) return insertEach<2>(values, tuples, count, indices);
-    insertEach<0>(values, tuples, count, indices);
+    if (stride == 3) return insertEach<3>(values, tuples, count, indices, keys);
+    if (stride == 2) return insertEach<2>(values, tuples, count, indices, keys);
+    insertEach<0>(values, tuples, count, indices, keys);
+}
+
+template <std::size_t FixedStride>
+void TupleIndex::insertEach(FloatArray& values, const float* tuples, std::size_t count,
+                            int* indices, const int* keys) {
+    // A guess is as good as a search where an equal tuple can only be the lowest one.
+    if (keys && isDistinct_) {
+        insertGuessed<FixedStride>(values, tuples, count, indices, keys);
+    } else {
+        insertFound<FixedStride>(values, tuples, count, indices);
+    }
+    markRead(values);
 }
 
 // Where there is room a few single floats come in faster than a range, and none can fail.
-void TupleIndex::append(FloatArray& values, const float* value, std::size_t stride) {
+template <std::size_t FixedStride>
+void TupleIndex::append(FloatArray& values, const float* value) {
+    const std::size_t stride = FixedStride == 0 ? stride_ : FixedStride;
     if (values.capacity() - values.size() < stride) return values.append(value, stride);
     for (std::size_t i = 0; i < stride; ++i) values.floats_.push_back(value[i]);
 }
 
 template <std::size_t FixedStride>
-void TupleIndex::insertEach(FloatArray& values, const float* tuples, std::size_t count,
-                            int* indices) {
-    // When a value's turn comes, the memory to be searched was asked for some values before.
-    constexpr std::size_t ahead = 16;
-    std::array<std::uint32_t, ahead> hashes{};
+void TupleIndex::insertFound(FloatArray& values, const float* tuples, std::size_t count,
+                             int* indices) {
+    std::array<std::uint32_t, ahead> hashes;
     const std::size_t stride = FixedStride == 0 ? stride_ : FixedStride;
-    const auto prepare = [&](std::size_t tuple) {
-        if (tuple >= count) return;
-        const auto hash = hashTuple(tuples + tuple * stride, stride);
-        hashes[tuple % ahead] = hash;
-        if (!entries_.empty()) __builtin_prefetch(&entries_[hash & (entries_.size() - 1)]);
+    const auto prepare = [&](std::size_t i) {
+        const auto hash = hashTuple(tuples + i * stride, stride);
+        hashes[i % ahead] = hash;
+        fetchEntry(hash);
     };
-    for (std::size_t i = 0; i < ahead; ++i) prepare(i);
-    const FloatArray& read = values;
+    for (std::size_t i = 0; i < std::min(ahead, count); ++i) prepare(i);
     for (std::size_t i = 0; i < count; ++i) {
-        if (!hasRoomFor(1)) grow(roomIn(values, stride));
-        const float* const value = tuples + i * stride;
-        missedHash_ = hashes[i % ahead];
-        prepare(i + ahead);
-        std::size_t tuple = searchFor<FixedStride>(read.data(), value);
-        if (tuple == none) {
-            tuple = indexed_;
-            append(values, value, stride);
-            enter(tuple);
-        }
-        indices[i] = static_cast<int>(tuple);
+        const auto hash = hashes[i % ahead];
+        if (i + ahead < count) prepare(i + ahead);
+        indices[i] = insertOne<FixedStride>(values, tuples + i * stride, hash);
     }
-    markRead(values);
+}
+
+template <std::size_t FixedStride>
+void TupleIndex::insertGuessed(FloatArray& values, const float* tuples, std::size_t count,
+                               int* indices, const int* keys) {
+    const std::size_t stride = FixedStride == 0 ? stride_ : FixedStride;
+    const auto hashOfTuple = [&](std::size_t i) { return hashTuple(tuples + i * stride, stride); };
+    const auto prepare = [&](std::size_t i) {
+        // Hashed again when its turn comes: that is rare, and cheaper than to keep it.
+        if (guessFor(keys[i]) == unused) fetchEntry(hashOfTuple(i));
+    };
+    const FloatArray& read = values;
+    for (std::size_t i = 0; i < std::min(aheadOfGuesses, count); ++i) prepare(i);
+    for (std::size_t i = 0; i < count; ++i) {
+        if (i + aheadOfGuesses < count) prepare(i + aheadOfGuesses);
+        const float* const value = tuples + i * stride;
+        const std::size_t guess = guessFor(keys[i]);
+        if (guess < indexed_ && isEqual(read.data() + guess * stride, value, stride)) {
+            indices[i] = static_cast<int>(guess);
+            continue;
+        }
+        indices[i] = insertOne<FixedStride>(values, value, hashOfTuple(i));
+        noteGuess(keys[i], indices[i]);
+    }
+}
+
+template <std::size_t FixedStride>
+int TupleIndex::insertOne(FloatArray& values, const float* value, std::uint32_t hash) {
+    if (!hasRoomFor(1)) grow(roomIn(values, stride_));
+    missedHash_ = hash;
+    std::size_t tuple =
+        searchFor<FixedStride>(static_cast<const FloatArray&>(values).data(), value);
+    if (tuple == none) {
+        tuple = indexed_;
+        append<FixedStride>(values, value);
+        enter(tuple);
+    }
+    return static_cast<int>(tuple);
+}
+
+std::uint32_t TupleIndex::guessFor(int key) const {
+    const auto place = static_cast<std::size_t>(key);
+    return place < guesses_.size() ? guesses_[place] : unused;
+}
+
+void TupleIndex::noteGuess(int key, int tuple) {
+    const auto place = static_cast<std::size_t>(key);
+    if (place >= mostTuples) return;
+    if (place >= guesses_.size()) guesses_.resize(place + 1, unused);
+    guesses_[place] = static_cast<std::uint32_t>(tuple);
+}
+
+void TupleIndex::fetchEntry(std::uint32_t hash) const {
+    if (!entries_.empty()) __builtin_prefetch(&entries_[hash & (entries_.size() - 1)]);
 }
 
 void TupleIndex::enter(std::size_t tuple) {

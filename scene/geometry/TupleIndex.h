@@ -23,6 +23,11 @@ public:
     /// Whether a search may trust what an earlier one has read: no reference for writing is valid.
     static bool isUsableOn(const FloatArray& values) { return !values.isExposed(); }
 
+    /// Whether the tuples that have been read make up the whole array, with no floats left over.
+    bool isCompleteOn(const FloatArray& values, std::size_t stride) const {
+        return stride == stride_ && indexed_ * stride == values.size();
+    }
+
     /// Of a tuple of @p stride floats, for find().
     static std::uint32_t hashOf(const float* value, std::size_t stride);
 
@@ -37,8 +42,10 @@ public:
     /// For each of @p count tuples writes the lowest equal one's number to @p indices, after it has
     /// been appended where there was none. The array must end with a whole tuple and stay below
     /// mostTuples.
+    /// @param keys  null, or a small number for each tuple: those with one number are often equal,
+    ///              within this call or one before, and a tuple that is equal needs no search.
     void insertAll(FloatArray& values, std::size_t stride, const float* tuples, std::size_t count,
-                   int* indices);
+                   int* indices, const int* keys);
 
 private:
     struct Entry {
@@ -46,6 +53,10 @@ private:
         std::uint32_t tuple;
     };
     static constexpr std::uint32_t unused = std::numeric_limits<std::uint32_t>::max();
+    // When a value's turn comes, the memory to be searched was asked for some values before: more
+    // of them where most need no search.
+    static constexpr std::size_t ahead = 16;
+    static constexpr std::size_t aheadOfGuesses = 64;
 
     bool isUpToDate(const FloatArray& values, std::size_t stride) const;
     void readChanges(FloatArray& values, std::size_t stride);
@@ -53,9 +64,21 @@ private:
     std::size_t search(const FloatArray& values, const float* value);
     template <std::size_t FixedStride>
     std::size_t searchFor(const float* floats, const float* value);
-    static void append(FloatArray& values, const float* value, std::size_t stride);
     template <std::size_t FixedStride>
-    void insertEach(FloatArray& values, const float* tuples, std::size_t count, int* indices);
+    void append(FloatArray& values, const float* value);
+    template <std::size_t FixedStride>
+    void insertEach(FloatArray& values, const float* tuples, std::size_t count, int* indices,
+                    const int* keys);
+    template <std::size_t FixedStride>
+    void insertFound(FloatArray& values, const float* tuples, std::size_t count, int* indices);
+    template <std::size_t FixedStride>
+    void insertGuessed(FloatArray& values, const float* tuples, std::size_t count, int* indices,
+                       const int* keys);
+    template <std::size_t FixedStride>
+    int insertOne(FloatArray& values, const float* value, std::uint32_t hash);
+    std::uint32_t guessFor(int key) const;
+    void noteGuess(int key, int tuple);
+    void fetchEntry(std::uint32_t hash) const;
     void enter(std::size_t tuple);
     bool hasRoomFor(std::size_t additional) const;
     void grow(std::size_t additional);
@@ -66,7 +89,9 @@ private:
     std::size_t used_ = 0;        // Entries that are not unused, dead ones among them.
     std::size_t indexed_ = 0;     // Tuples that are found through the entries.
     std::size_t stride_ = 0;
-    std::size_t seenSize_ = 0;  // Floats of the array when it was last read.
+    std::size_t seenSize_ = 0;            // Floats of the array when it was last read.
+    bool isDistinct_ = true;              // No two of the indexed tuples are equal.
+    std::vector<std::uint32_t> guesses_;  // By key, a tuple to look at first.
 
     // Where the last search ended: its hash, and the entry for a value that was not found.
     std::uint32_t missedHash_ = 0;

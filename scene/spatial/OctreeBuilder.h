@@ -27,6 +27,10 @@ public:
 private:
     using Face = std::uint32_t;
     using Corners = std::array<Eigen::Vector3f, 3>;
+    struct Bounds {
+        Eigen::Vector3f low, high;
+    };
+    enum Kind : std::uint8_t { OTHER, TRIANGLE, FINITE_TRIANGLE };
     struct Split;
 
     /// The faces from @p first to the end of the buffer go into @p node.
@@ -35,12 +39,15 @@ private:
     void fill(OctreeNode& node, std::size_t first) const;
     /// A bit for each child that the face goes to.
     std::uint8_t childrenOf(Face face, const Split& split) const;
+    /// The same by the face's own test.
+    std::uint8_t childrenByItself(Face face, const Split& split) const;
 
     const std::vector<boost::shared_ptr<IPrimitive>>& faces_;
     int maxDepth_;
     int maxPrimitives_;
     std::vector<Corners> corners_;    // Of the triangles; those of other faces are not used.
-    std::vector<bool> isTriangle_;    // Others are asked themselves.
+    std::vector<Bounds> bounds_;      // Of the finite ones.
+    std::vector<Kind> kinds_;         // Others are asked themselves.
     std::vector<Face> buffer_;        // The lists of the nodes from the top to the one at hand.
     std::vector<std::uint8_t> bits_;  // Children of each face in the buffer.
 };

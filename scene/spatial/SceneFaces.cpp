@@ -1,6 +1,7 @@
 #include "scene/spatial/SceneFaces.h"
 
 #include <algorithm>
+#include <typeinfo>
 #include <utility>
 
 #include "scene/geometry/FaceAssembler.h"
@@ -34,6 +35,11 @@ FanPositions polygonPositions(const FaceAssembler& reader, std::size_t first, st
         positions.push_back(reader.position(start));
     }
     return positions;
+}
+
+bool isTriangle(IPrimitive& face) {
+    // Nearly all are no more than that, and the question what else one may be takes long.
+    return typeid(face) == typeid(Triangle) || dynamic_cast<Triangle*>(&face);
 }
 
 FanPositions vertexPositions(IPrimitive& face) {
@@ -90,14 +96,15 @@ void FaceGatherer::gatherInstance(const boost::shared_ptr<Node>& node,
 void FaceGatherer::gatherPrimitive(IMeshPrimitive& primitive, const Mesh& mesh,
                                    const Eigen::Matrix4f& toWorld, SceneFaces::Faces& faces) {
     const std::size_t firstFace = scene_.faces.size();
-    const auto made = primitive.getPrimitives();
-    for (const auto& face : made) {
-        if (!face) continue;
-        face->applyTransform(toWorld);
-        scene_.faces.push_back(face);
+    auto made = primitive.getPrimitives();
+    made.erase(std::remove(made.begin(), made.end(), nullptr), made.end());
+    for (const auto& face : made) face->applyTransform(toWorld);
+    scene_.faces.insert(scene_.faces.end(), made.begin(), made.end());
+    if (faces.empty()) {
+        faces = std::move(made);
+    } else {
+        faces.insert(faces.end(), made.begin(), made.end());
     }
-    const auto first = scene_.faces.begin() + static_cast<std::ptrdiff_t>(firstFace);
-    faces.insert(faces.end(), first, scene_.faces.end());
     addFans(primitive, mesh, toWorld, firstFace);
 }
 
@@ -107,7 +114,7 @@ void FaceGatherer::addFans(IMeshPrimitive& primitive, const Mesh& mesh,
     if (!polygons) {
         for (std::size_t face = firstFace; face < scene_.faces.size(); ++face) {
             auto& object = *scene_.faces[face];
-            if (!dynamic_cast<Triangle*>(&object)) addFan(face, vertexPositions(object));
+            if (!isTriangle(object)) addFan(face, vertexPositions(object));
         }
         return;
     }

@@ -208,6 +208,16 @@ struct FaceModelTest : QuietTest, ::testing::WithParamInterface<unsigned int> {
         EXPECT_TRUE(haveSameBytes({high[0], high[1], high[2]}, model.highest));
     }
 
+    /// Somebody writes to the streams: their first tuple over another one.
+    void repeatFirstTuples() {
+        for (std::size_t i = 0; i < model.streams.size(); ++i) {
+            auto& tuples = model.streams[i]->tuples;
+            if (tuples.empty()) continue;
+            tuples[faces.below(static_cast<unsigned int>(tuples.size()))] = tuples.front();
+            mesh->getStreams()[i]->values = joined(tuples);
+        }
+    }
+
     void compareStreams() {
         ASSERT_EQ(mesh->getStreams().size(), model.streams.size());
         for (std::size_t i = 0; i < model.streams.size(); ++i) {
@@ -228,6 +238,7 @@ TEST_P(FaceModelTest, TrianglesAreStoredByTheRules) {
             toVertex(corners[0]), toVertex(corners[1]), toVertex(corners[2]));
         ASSERT_EQ(primitive.addTriangle(triangle, deduplicate),
                   model.addFace(corners, deduplicate));
+        if (faces.below(30) == 0) repeatFirstTuples();
     }
     compare(primitive);
 }

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <limits>
+#include <numeric>
 #include <random>
 #include <stdexcept>
 #include <utility>
@@ -103,6 +104,7 @@ TEST(FlatArrays, TuplesMayComeFromTheStreamItself) {
 /// A mesh to which triangles are added, with streams that stood there before in some.
 struct Filled {
     explicit Filled(unsigned int kind) {
+        if (kind < 7) mappings.emplace_back(VERTEX, boost::shared_ptr<Stream>(), 0);
         if (kind == 1) shareWithPositions(NORMAL, makeStream("shared", 3, {1, 2, 3}));
         if (kind == 2) shareWithPositions(NORMAL, mesh->getVertices().front().stream);
         if (kind == 3) mappings.emplace_back(TEXCOORD0, makeStream("wide", 3, {}), 1);
@@ -164,6 +166,19 @@ void expectSame(Filled& actual, Filled& expected) {
     }
 }
 
+/// Writes the same over tuples of both meshes' streams, so that some are equal to others.
+void overwriteBoth(Filled& left, Filled& right, RandomFloats& random) {
+    for (std::size_t i = 0; i < left.mesh->getStreams().size(); ++i) {
+        Floats values = left.mesh->getStreams()[i]->values;
+        const std::size_t limit = random.below(30);
+        for (std::size_t k = 0; k + 3 < std::min(values.size(), limit); ++k) {
+            values[k + 3] = values[k];
+        }
+        left.mesh->getStreams()[i]->values = values;
+        right.mesh->getStreams()[i]->values = values;
+    }
+}
+
 struct FlatTriangles : QuietTest {};
 
 TEST_F(FlatTriangles, LeaveWhatSingleTrianglesLeave) {
@@ -189,9 +204,32 @@ TEST_F(FlatTriangles, LeaveWhatSingleTrianglesLeave) {
             const bool deduplicate = random.below(4) != 0;
             EXPECT_EQ(together.primitive->addTriangles(corners, count, deduplicate),
                       addOneByOne(*single.primitive, corners, count, deduplicate));
+            if (random.below(3) == 0) overwriteBoth(together, single, random);
         }
         expectSame(together, single);
     }
+}
+
+TEST_F(FlatTriangles, MayComeFromTheStreamsThatTheyAreAddedTo) {
+    // All values differ, so that the streams move again and again.
+    Floats values(std::size_t{3} * 3 * 3000);
+    std::iota(values.begin(), values.end(), 1.0f);
+    Filled own(0);
+    Filled copied(0);
+    const Stream& positions = *own.mesh->getVertices().front().stream;
+    for (auto* const filled : {&own, &copied}) {
+        const std::vector<CornerValues> corners = {{POSITION, 3, values.data()},
+                                                   {NORMAL, 3, values.data()}};
+        ASSERT_TRUE(filled->primitive->addTriangles(corners, 3000, true));
+    }
+    const Floats before = positions.values;
+    const auto shifted = [](const Floats& floats) {
+        return std::vector<CornerValues>{{POSITION, 3, floats.data() + 1},
+                                         {NORMAL, 3, floats.data() + 2}};
+    };
+    EXPECT_TRUE(own.primitive->addTriangles(shifted(positions.values), 2900, true));
+    EXPECT_TRUE(copied.primitive->addTriangles(shifted(before), 2900, true));
+    expectSame(own, copied);
 }
 
 TEST_F(FlatTriangles, NeedTheirValues) {
