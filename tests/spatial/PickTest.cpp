@@ -192,6 +192,21 @@ TEST_F(Picking, OnlyWhatLiesInFrontIsHit) {
     EXPECT_TRUE(octree.pickAll(Ray(Vector3f(0, 0, 0), Vector3f(notANumber, 0, 1))).empty());
 }
 
+TEST_F(Picking, TheLengthOfTheDirectionDoesNotMatter) {
+    const auto mesh = test::makePositions("t", {0, 0, 5, 1, 0, 5, 0, 1, 5});
+    test::addTriangles(mesh, {0, 1, 2});
+    test::place(mesh, *scene->getRoot());
+    take(scene->getRoot());
+    for (const float length : {1e-30f, 1e-20f, 1.0f, 1e20f, std::numeric_limits<float>::max()}) {
+        const auto hit = octree.pick(Ray(Vector3f(0.25f, 0.25f, 0), Vector3f(0, 0, length)));
+        ASSERT_TRUE(hit) << length;
+        EXPECT_FLOAT_EQ(hit->distance, 5);
+        const auto start = octree.pick(Ray(Vector3f(0.25f, 0.25f, 5), Vector3f(0, 0, length)));
+        ASSERT_TRUE(start) << length;
+        EXPECT_EQ(start->distance, 0);
+    }
+}
+
 TEST_F(Picking, PolygonsAreHitAsFans) {
     const auto mesh = test::makePositions("p", {0, 0, 0, 2, 0, 0, 2, 2, 0, 1, 3, 0, 0, 2, 0});
     test::addPolygons(mesh, {0, 1, 2, 3, 4}, {5, 0});
