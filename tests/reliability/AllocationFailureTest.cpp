@@ -110,6 +110,27 @@ TEST(AllocationFailureAlone, ChangesNoLookUpInATreeThatGrows) {
     }
 }
 
+TEST(AllocationFailureAlone, OfAChangeOfEventManagersLeavesTheObjectWithNoneOrTheNewOne) {
+    const auto first = boost::make_shared<core::event::EventManager>();
+    for (long number = 1;; ++number) {
+        const auto second = boost::make_shared<core::event::EventManager>();
+        core::event::EventBase listener(first);
+        int heard = 0;
+        for (const char* const type : {"One", "Two", "Three"}) {
+            listener.registerHandler(core::event::EventType(type),
+                                     [&heard](const core::event::Event&) { ++heard; });
+        }
+        const bool failed = failAt(number, [&] { listener.setEventManager(second); });
+        EXPECT_EQ(first->getListenedTypes().size(), 0u);
+        EXPECT_EQ(second->getListenedTypes().size(), failed ? 0u : 3u);
+        EXPECT_EQ(listener.getEventManager(), failed ? nullptr : second);
+        listener.setEventManager(second);
+        for (const char* const type : {"One", "Two", "Three"}) second->triggerEvent(type, "");
+        EXPECT_EQ(heard, 3);
+        if (!failed || testing::Test::HasFailure()) return;
+    }
+}
+
 TEST(AllocationFailureAlone, NeverKeepsAnythingFromBeingReleased) {
     for (long number = 1; number < 40; ++number) {
         auto built = std::make_unique<HeardScene>(ScriptedScene::script().size());
