@@ -96,6 +96,17 @@ public:
         return container[below(static_cast<unsigned int>(container.size()))];
     }
 
+    /// Makes one of @p calls.
+    template <typename... Calls>
+    void makeOne(Calls&&... calls) {
+        const unsigned int chosen = below(sizeof...(Calls));
+        unsigned int number = 0;
+        const auto makeIfChosen = [&](auto& call) {
+            if (number++ == chosen) call();
+        };
+        (makeIfChosen(calls), ...);
+    }
+
 private:
     unsigned int byte() { return isAtEnd() ? 0u : *next_++; }
 

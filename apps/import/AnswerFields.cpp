@@ -4,14 +4,11 @@
 #include <cmath>
 #include <limits>
 
-#include <nlohmann/json.hpp>
-
+#include "apps/import/AnswerValue.h"
 #include "apps/import/ImportError.h"
 
 namespace vantorix::apps::import {
 namespace {
-
-using nlohmann::json;
 
 constexpr std::size_t longestText = 65536;
 
@@ -19,10 +16,18 @@ constexpr std::size_t longestText = 65536;
     throw RefusedError("the import worker's answer is broken: " + field);
 }
 
-std::string textOf(const json& value, const char* key) {
-    const auto text = value.get_ptr<const json::string_t*>();
-    if (!text || text->size() > longestText) refuse(key);
-    return *text;
+/// The value if it is of this type.
+template <typename T>
+const T& require(const AnswerValue& value, const char* key) {
+    const auto* const found = value.as<T>();
+    if (!found) refuse(key);
+    return *found;
+}
+
+std::string textOf(const AnswerValue& value, const char* key) {
+    const auto& text = require<std::string>(value, key);
+    if (text.size() > longestText) refuse(key);
+    return text;
 }
 
 }  // namespace
@@ -33,52 +38,48 @@ void AnswerArrays::claim(std::uint64_t position, std::uint64_t count, std::size_
     untaken_ -= count * elementSize;
 }
 
-AnswerFields::AnswerFields(const json& object, AnswerArrays& arrays)
+AnswerFields::AnswerFields(const AnswerValue& object, AnswerArrays& arrays)
     : object_(&object), arrays_(&arrays) {
-    if (!object.is_object()) refuse("no object");
+    if (!object.as<AnswerValue::Object>()) refuse("no object");
 }
 
-const json& AnswerFields::field(const char* key) const {
-    const auto found = object_->find(key);
-    if (found == object_->end()) refuse(key);
+const AnswerValue& AnswerFields::field(const char* key) const {
+    const auto* const found = object_->find(key);
+    if (!found) refuse(key);
     return *found;
 }
 
-const json& AnswerFields::list(const char* key) const {
-    const json& value = field(key);
-    if (!value.is_array()) refuse(key);
-    return value;
+const AnswerValue::List& AnswerFields::list(const char* key) const {
+    return require<AnswerValue::List>(field(key), key);
 }
 
-bool AnswerFields::has(const char* key) const { return !field(key).is_null(); }
+bool AnswerFields::has(const char* key) const { return !field(key).isNull(); }
 
-bool AnswerFields::flag(const char* key) const {
-    const json& value = field(key);
-    if (!value.is_boolean()) refuse(key);
-    return value.get<bool>();
-}
+bool AnswerFields::flag(const char* key) const { return require<bool>(field(key), key); }
 
 std::string AnswerFields::text(const char* key) const { return textOf(field(key), key); }
 
 double AnswerFields::number(const char* key) const {
-    const json& value = field(key);
-    if (!value.is_number() || !std::isfinite(value.get<double>())) refuse(key);
-    return value.get<double>();
+    const auto& value = field(key);
+    if (const auto* const whole = value.as<std::uint64_t>()) return static_cast<double>(*whole);
+    if (const auto* const below = value.as<std::int64_t>()) return static_cast<double>(*below);
+    const double number = require<double>(value, key);
+    if (!std::isfinite(number)) refuse(key);
+    return number;
 }
 
 std::uint64_t AnswerFields::count(const char* key, std::uint64_t most) const {
-    const json& value = field(key);
-    if (!value.is_number_unsigned() || value.get<std::uint64_t>() > most) refuse(key);
-    return value.get<std::uint64_t>();
+    const auto number = require<std::uint64_t>(field(key), key);
+    if (number > most) refuse(key);
+    return number;
 }
 
 std::int64_t AnswerFields::integer(const char* key, std::int64_t least, std::int64_t most) const {
-    const json& value = field(key);
-    if (!value.is_number_integer()) refuse(key);
-    if (value.is_number_unsigned() && value.get<std::uint64_t>() > std::uint64_t{1} << 62) {
-        refuse(key);
-    }
-    const auto number = value.get<std::int64_t>();
+    const auto& value = field(key);
+    const auto* const whole = value.as<std::uint64_t>();
+    if (whole && *whole > std::uint64_t{1} << 62) refuse(key);
+    const auto number =
+        whole ? static_cast<std::int64_t>(*whole) : require<std::int64_t>(value, key);
     if (number < least || number > most) refuse(key);
     return number;
 }
@@ -126,10 +127,10 @@ std::vector<std::vector<std::string>> AnswerFields::textRows(const char* key,
                                                              std::size_t width) const {
     std::vector<std::vector<std::string>> rows;
     for (const auto& item : list(key)) {
-        if (!item.is_array()) refuse(key);
-        requireSize(key, item.size(), width);
+        const auto& cells = require<AnswerValue::List>(item, key);
+        requireSize(key, cells.size(), width);
         auto& row = rows.emplace_back();
-        for (const auto& cell : item) row.push_back(textOf(cell, key));
+        for (const auto& cell : cells) row.push_back(textOf(cell, key));
     }
     return rows;
 }

@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include <nlohmann/json_fwd.hpp>
-
 namespace vantorix::apps::import {
+
+class AnswerValue;
 
 /// The array bytes of an answer. What is taken is counted, so that references which name the same
 /// bytes again and again cannot make a small message large.
@@ -38,7 +38,7 @@ private:
 class AnswerFields {
 public:
     /// Refers to both; neither is copied.
-    AnswerFields(const nlohmann::json& object, AnswerArrays& arrays);
+    AnswerFields(const AnswerValue& object, AnswerArrays& arrays);
 
     bool has(const char* key) const;  ///< Whether the field is more than null.
     bool flag(const char* key) const;
@@ -70,12 +70,12 @@ public:
     static void requireSize(const char* key, std::size_t size, std::size_t wanted);
 
 private:
-    const nlohmann::json& field(const char* key) const;
-    const nlohmann::json& list(const char* key) const;
+    const AnswerValue& field(const char* key) const;
+    const std::vector<AnswerValue>& list(const char* key) const;
     template <typename T>
     std::vector<T> array(const char* key) const;
 
-    const nlohmann::json* object_;
+    const AnswerValue* object_;
     AnswerArrays* arrays_;
 };
 

@@ -1,9 +1,8 @@
 #include <cstring>
 #include <limits>
 
-#include <nlohmann/json.hpp>
-
 #include "apps/import/AnswerFields.h"
+#include "apps/import/AnswerValue.h"
 #include "apps/import/CborGuard.h"
 #include "apps/import/ClipColumns.h"
 #include "apps/import/DocumentCheck.h"
@@ -11,8 +10,6 @@
 
 namespace vantorix::apps::import {
 namespace {
-
-using nlohmann::json;
 
 constexpr std::uint32_t anyIndex = std::numeric_limits<std::uint32_t>::max();
 constexpr std::size_t deepestNesting = 16;
@@ -193,7 +190,7 @@ WorkerAnswer readAnswer(const std::vector<std::uint8_t>& message, const ImportLi
     if (!isBoundedCbor(cbor, end - begin, deepestNesting, mostValues(limits))) {
         throw RefusedError("the import worker's answer is no sound document");
     }
-    const json object = json::from_cbor(cbor, message.data() + end);
+    const auto object = AnswerValue::fromCbor(cbor, end - begin);
     AnswerArrays arrays(message.data(), begin);
     return readFields(AnswerFields(object, arrays), limits);
 }

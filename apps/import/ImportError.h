@@ -8,10 +8,10 @@ namespace vantorix::apps::import {
 
 /// A limit that was met. The numbers are in @c unit.
 struct LimitMet {
-    std::string name;  ///< What is limited: "nodes", "memory", "processor time", ...
-    std::string unit;  ///< "MiB", "s", "bytes", or empty for plain counts.
-    double met = 0.0;  ///< For memory, which cannot be measured beyond its limit: the limit.
-    double allowed = 0.0;
+    std::string name;      ///< What is limited: "nodes", "memory", "processor time", ...
+    std::string unit;      ///< "MiB", "s", "bytes", or empty for plain counts.
+    double met = 0.0;      ///< For memory, which cannot be measured beyond its limit: the limit.
+    double allowed = 0.0;  ///< 0 for memory of this program, which has no limit of its own.
 };
 
 /// A model that cannot be read. The text is one line and does not repeat the file's name.

@@ -15,7 +15,7 @@ class Node;
 
 namespace vantorix::apps::import {
 
-/// How an import ended. A scene is changed by a DONE import only.
+/// How an import ended. The tree is changed by a DONE import only.
 struct ImportResult {
     enum Status { DONE, REFUSED, LIMIT_MET };
 

@@ -114,9 +114,9 @@ void ModelBuilder::buildNodes() {
         const auto parent =
             number == 0 ? scene_->getRoot() : nodes_[document_.nodes[number].parent];
         nodes_.push_back(buildNode(number));
+        if (number == 0) result_.root = nodes_.front();  // Before the tree shows it.
         parent->addNode(nodes_.back());
     }
-    result_.root = nodes_.front();
 }
 
 /// Skins name nodes that are built later.

@@ -1,5 +1,7 @@
 #include "apps/import/ModelImporter.h"
 
+#include <new>
+
 #include "apps/import/ModelBuilder.h"
 #include "apps/import/ModelReader.h"
 #include "scene/graph/SceneManager.h"
@@ -23,7 +25,15 @@ void build(const ModelDocument& document, const std::string& file, const ImportO
     const SceneLock lock(*scene);
     for (const auto& note : document.notes) result.report.add(note);
     result.format = document.format;
-    ModelBuilder(document, file, scene, result).build(options);
+    try {
+        ModelBuilder(document, file, scene, result).build(options);
+    } catch (...) {
+        // Libraries do not give back what they took, but without the tree nothing shows it.
+        scene->removeNode(result.root);
+        result.root.reset();
+        result.images.clear();
+        throw;
+    }
 }
 
 std::string reasonLine(const std::string& file, const std::string& reason) {
@@ -46,6 +56,10 @@ ImportResult ModelImporter::importFile(const std::string& file,
         result.reason = reasonLine(file, error.what());
     } catch (const RefusedError& error) {
         result.reason = reasonLine(file, error.what());
+    } catch (const std::bad_alloc&) {
+        result.status = ImportResult::LIMIT_MET;
+        result.limit = {"memory", "MiB", 0.0, 0.0};
+        result.reason = reasonLine(file, "not enough memory");
     }
     return result;
 }

@@ -19,7 +19,9 @@ class ModelImporter {
 public:
     explicit ModelImporter(const ImportOptions& options = {}) : options_(options) {}
 
-    /// Adds the model in @p file below the root of @p scene.
+    /// Adds the model in @p file below the root of @p scene. Where the memory of this program ends,
+    /// that is a limit met: no node of the model stays in the tree, while the libraries and the
+    /// description of the scene may keep what they got.
     ImportResult importFile(const std::string& file,
                             boost::shared_ptr<scene::SceneManager> scene) const;
 

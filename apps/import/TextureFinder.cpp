@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cctype>
 #include <charconv>
+#include <dirent.h>
+#include <memory>
 
 namespace vantorix::apps::import {
 namespace {
@@ -19,6 +21,10 @@ bool isRegularFile(const fs::path& path) {
     std::error_code error;
     return fs::is_regular_file(path, error);
 }
+
+struct FolderCloser {
+    void operator()(DIR* folder) const { ::closedir(folder); }
+};
 
 std::string withoutPercentCodes(const std::string& text) {
     std::string decoded;
@@ -84,11 +90,10 @@ std::string TextureFinder::findInAnyCase(const fs::path& relative) {
 const TextureFinder::Names& TextureFinder::namesIn(const fs::path& folder) {
     const auto [listing, added] = listings_.try_emplace(folder);
     if (!added) return listing->second;
-    std::error_code error;
-    for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
-         entry.increment(error)) {
-        const std::string name = entry->path().filename().string();
-        listing->second.emplace(lowerCase(name), name);
+    // The iterator of the standard library ends the program where it gets no memory.
+    const std::unique_ptr<DIR, FolderCloser> opened(::opendir(folder.c_str()));
+    while (const dirent* const entry = opened ? ::readdir(opened.get()) : nullptr) {
+        listing->second.emplace(lowerCase(entry->d_name), entry->d_name);
     }
     return listing->second;
 }

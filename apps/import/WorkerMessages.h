@@ -8,8 +8,10 @@
 #include "apps/import/ImportLimits.h"
 #include "apps/import/ModelDocument.h"
 
-// The two messages between the program and its worker. Both are CBOR. An answer carries its large
-// arrays as raw bytes in front of the CBOR part, which refers to them by position and length:
+// The two messages between the program and its worker. A request is plain bytes:
+//     limits as they lie in memory | whether to triangulate, 1 byte | name of the file
+// An answer is CBOR. It carries its large arrays as raw bytes in front of the CBOR part, which
+// refers to them by position and length:
 //     array bytes | CBOR | length of the CBOR part, 8 bytes in the machine's order
 // Both ends are the same build on the same machine, so numbers keep their representation.
 

@@ -59,101 +59,74 @@ void SceneFuzzer::addNode() {
 
 void SceneFuzzer::removeNode() {
     const auto target = scene();
-    switch (reader_.below(4)) {
-        case 0:
-            return target->removeNode(reader_.of(nodes_));
-        case 1:
-            return target->removeNodeByID(reader_.name());
-        case 2:
-            return target->getRoot()->removeChild(reader_.of(nodes_));
-        default:
-            node()->removeChild(reader_.of(nodes_));
-    }
+    reader_.makeOne([&] { target->removeNode(reader_.of(nodes_)); },
+                    [&] { target->removeNodeByID(reader_.name()); },
+                    [&] { target->getRoot()->removeChild(reader_.of(nodes_)); },
+                    [&] { node()->removeChild(reader_.of(nodes_)); });
 }
 
 void SceneFuzzer::renameNode() {
     auto& target = *node();
-    switch (reader_.below(5)) {
-        case 0:
-            return target.setName(reader_.name());
-        case 1:
-            return target.setSID(reader_.name());
-        case 2:
-            return target.setType(reader_.flag() ? "JOINT" : "NODE");
-        default:
-            target.setID(reader_.name());
-    }
+    const auto setID = [&] { target.setID(reader_.name()); };
+    reader_.makeOne([&] { target.setName(reader_.name()); }, [&] { target.setSID(reader_.name()); },
+                    [&] { target.setType(reader_.flag() ? "JOINT" : "NODE"); }, setID, setID);
 }
 
 void SceneFuzzer::moveNode() {
     auto& target = *node();
-    switch (reader_.below(6)) {
-        case 0:
-            return target.move(reader_.vector());
-        case 1:
-            return target.addTranslation(reader_.vector());
-        case 2:
-            return target.scale(reader_.vector());
-        case 3:
-            return target.setTranslation(Eigen::Translation3f(reader_.vector()));
-        case 4:
-            return target.rotate(reader_.matrix().topLeftCorner<3, 3>());
-        default:
-            target.setRotation(reader_.matrix());
-    }
+    reader_.makeOne([&] { target.move(reader_.vector()); },
+                    [&] { target.addTranslation(reader_.vector()); },
+                    [&] { target.scale(reader_.vector()); },
+                    [&] { target.setTranslation(Eigen::Translation3f(reader_.vector())); },
+                    [&] { target.rotate(reader_.matrix().topLeftCorner<3, 3>()); },
+                    [&] { target.setRotation(reader_.matrix()); });
 }
 
 void SceneFuzzer::transformNode() {
     auto& target = *node();
-    switch (reader_.below(4)) {
-        case 0:
-            return target.setTransformations(reader_.matrix());
-        case 1:
-            return target.addTransformation(reader_.matrix());
-        case 2:
-            return target.setOriginalTransformations({makeElement(reader_), nullptr});
-        default:
-            target.addTransformation(makeElement(reader_));
-    }
+    reader_.makeOne([&] { target.setTransformations(reader_.matrix()); },
+                    [&] { target.addTransformation(reader_.matrix()); },
+                    [&] {
+                        target.setOriginalTransformations({makeElement(reader_), nullptr});
+                    },
+                    [&] { target.addTransformation(makeElement(reader_)); });
 }
 
 void SceneFuzzer::changeLayers() {
     auto& target = *node();
-    switch (reader_.below(5)) {
-        case 0:
-            return target.addToLayer(reader_.integer());
-        case 1:
-            return target.addToLayer(reader_.name());
-        case 2:
-            return target.removeFromLayer(reader_.name());
-        case 3:
-            target.getLayersNames();
-            return target.setVisible(reader_.flag());
-        default:
-            target.removeFromLayer(reader_.integer());
-    }
+    reader_.makeOne([&] { target.addToLayer(reader_.integer()); },
+                    [&] { target.addToLayer(reader_.name()); },
+                    [&] { target.removeFromLayer(reader_.name()); },
+                    [&] {
+                        target.getLayersNames();
+                        target.setVisible(reader_.flag());
+                    },
+                    [&] { target.removeFromLayer(reader_.integer()); });
 }
 
 void SceneFuzzer::instantiate() {
     auto& target = *node();
     const auto instance =
         boost::make_shared<InstanceGeometry>(reader_.of(geometries_), reader_.of(materials_));
-    switch (reader_.below(5)) {
-        case 0:
-            return target.addInstanceLight(
+    reader_.makeOne(
+        [&] {
+            target.addInstanceLight(
                 boost::make_shared<Light>(scenes_[0], Light::POINT, reader_.name(), "light"));
-        case 1:
-            return target.addInstanceCamera(boost::make_shared<Camera>(
-                scenes_[1], Camera::PERSPECTIVE, reader_.name(), "camera"));
-        case 2:
-            return target.addInstanceController(
-                boost::make_shared<InstanceController>(instance, nullptr));
-        case 3:
+        },
+        [&] {
+            target.addInstanceCamera(boost::make_shared<Camera>(scenes_[1], Camera::PERSPECTIVE,
+                                                                reader_.name(), "camera"));
+        },
+        [&] {
+            target.addInstanceController(boost::make_shared<InstanceController>(instance, nullptr));
+        },
+        [&] {
             if (target.getInstanceGeometryCount() == 0) return;
-            return target.removeInstanceGeometry(target.getInstanceGeometry(0));
-        default:
+            target.removeInstanceGeometry(target.getInstanceGeometry(0));
+        },
+        [&] {
             if (target.getInstanceGeometryCount() < 4) target.addInstanceGeometry(instance);
-    }
+        });
 }
 
 void SceneFuzzer::setMaterial() {

@@ -22,6 +22,14 @@ std::vector<PickIndex::Triangle> trianglesOf(const SceneFaces& scene) {
     return triangles;
 }
 
+/// How far the ray goes in @p t lengths of @p direction.
+float distanceAlong(const Eigen::Vector3f& direction, float t) {
+    const float length = direction.norm();
+    // The square of a very long or very short direction is no float, that of the way may be one.
+    const bool isOrdinary = length > 1e-15f && length < 1e15f;
+    return isOrdinary ? t * length : (t * direction).stableNorm();
+}
+
 }  // namespace
 
 std::optional<PickHit> OctreePicking::pick(const Ray& ray) {
@@ -46,7 +54,7 @@ const PickIndex& OctreePicking::index() {
 PickHit OctreePicking::describe(const PickIndex::Hit& hit, const Ray& ray) const {
     const auto& source = faces_->sourceOf(hit.face);
     PickHit result;
-    result.distance = hit.t * ray.getDirection().norm();
+    result.distance = distanceAlong(ray.getDirection(), hit.t);
     result.position = ray.getOrigin() + hit.t * ray.getDirection();
     result.barycentric = hit.barycentric;
     result.face = faces_->faces[hit.face];

@@ -32,49 +32,6 @@ struct TriangleMeshPrimitiveTest : QuietTest {
     }
 };
 
-TEST_F(TriangleMeshPrimitiveTest, TheFirstTriangleBringsStreamsAndSlots) {
-    EXPECT_TRUE(primitive.addTriangle(withNormals({0, 0, 1}), true));
-    EXPECT_EQ(mesh->getStream("position_stream")->values.size(), 9u);
-    EXPECT_EQ(mesh->getStream("NORMAL_stream")->values, (Floats{0, 0, 1}));
-    EXPECT_EQ(primitive.getIndexStreamStride(), 2);
-    EXPECT_EQ(primitive.getIndexStream(), (Indices{0, 0, 1, 0, 2, 0}));
-    EXPECT_EQ(primitive.getCount(), 1u);
-    EXPECT_EQ(maximumOf(primitive), Vector3f(1, 1, 0));
-}
-
-TEST_F(TriangleMeshPrimitiveTest, EqualValuesAreStoredOnce) {
-    primitive.addTriangle(withNormals({0, 0, 1}), true);
-    primitive.addTriangle(withNormals({0, 0, 1}), true);
-    EXPECT_EQ(primitive.getIndexStream().size(), 12u);
-    EXPECT_EQ(mesh->getStream("position_stream")->count, 3);
-    EXPECT_EQ(mesh->getStream("NORMAL_stream")->count, 1);
-}
-
-TEST_F(TriangleMeshPrimitiveTest, IndicesOfStreamsWithDuplicatesAllGoToTheVertexSlot) {
-    primitive.addTriangle(withNormals({0, 0, 1}), false);
-    primitive.addTriangle(withNormals({0, 0, 1}), false);
-    // The normal is written last; slot 1 stays 0.
-    EXPECT_EQ(primitive.getIndexStream(), (Indices{0, 0, 1, 0, 2, 0, 3, 0, 4, 0, 5, 0}));
-    EXPECT_EQ(mesh->getStream("NORMAL_stream")->count, 6);
-}
-
-TEST_F(TriangleMeshPrimitiveTest, WithTheNormalFirstBothIndicesCompeteForOneSlot) {
-    const auto triangle = ofElements({element(NORMAL, {0, 0, 1}), element(POSITION, {1, 2, 3})});
-    EXPECT_TRUE(primitive.addTriangle(triangle, true));
-    EXPECT_EQ(primitive.getIndexStreamStride(), 1);
-    EXPECT_EQ(primitive.getIndexStream(), (Indices{0, 0, 0}));
-}
-
-TEST_F(TriangleMeshPrimitiveTest, AValueOfAnotherSizeIsRefusedBeforeAnythingIsWritten) {
-    primitive.addTriangle(withNormals({0, 0, 1}), true);
-    const auto indices = primitive.getIndexStream();
-    const auto flat = ofElements({element(POSITION, {5, 6, 7}), element(NORMAL, {0, 1})});
-    EXPECT_FALSE(primitive.addTriangle(flat, true));
-    EXPECT_FALSE(primitive.addTriangle({}, true));
-    EXPECT_EQ(primitive.getIndexStream(), indices);
-    EXPECT_EQ(mesh->getStream("position_stream")->count, 3);
-}
-
 TEST_F(TriangleMeshPrimitiveTest, AFailureLeavesEarlierCornersBehind) {
     core::logger::Logger::active = true;
     // Without positions there is no VERTEX slot for a stream that keeps duplicates.

@@ -192,6 +192,26 @@ TEST_F(SceneLibraries, WhatIsReleasedWithAnEffectMayUseTheScene) {
               "Material ID: heir, Effect ID: otherEffect\n\n");
 }
 
+TEST_F(SceneLibraries, GiveTheFirstMatchAndRefuseCamerasWhoseIDIsTaken) {
+    const auto first = boost::make_shared<Effect>("1", "same.cgfx", "");
+    scene->addEffect(first);
+    scene->addEffect(boost::make_shared<Effect>("2", "same.cgfx", ""));
+    EXPECT_EQ(scene->getEffectByFilename("same.cgfx"), first);
+    EXPECT_FALSE(scene->getEffectByFilename("Same.cgfx"));
+
+    const auto camera = boost::make_shared<Camera>(scene.manager, Camera::PERSPECTIVE, "OID0", "");
+    EXPECT_TRUE(scene->addCamera(camera));
+    EXPECT_FALSE(scene->addCamera(camera));
+    EXPECT_EQ(scene->getCameraCount(), 1u);
+    EXPECT_EQ(scene->generateID(), "OID1");
+
+    const auto evaluator = boost::make_shared<scene::Evaluator>("deferred");
+    for (int i = 0; i < 2; ++i) scene->addEvaluator(evaluator);
+    scene->removeEvaluator(evaluator);
+    EXPECT_EQ(scene->getEvaluatorsCount(), 1u);
+    EXPECT_EQ(scene->getEvaluatorAt(0), evaluator);
+}
+
 TEST_F(SceneLibraries, EmptyPointersAreIgnored) {
     scene.forgetEvents();
     scene->addImage(nullptr);

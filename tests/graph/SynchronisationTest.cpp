@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "core_api/event/EventBase.h"
+#include "core_api/system/MillisecClock.h"
 
 #include "scene/geometry/GeometryManager.h"
 #include "tests/support/CycleControl.h"
@@ -143,6 +144,36 @@ TEST_F(Synchronisation, AControllerMayAddRemoveStopAndFail) {
     scene->stop();
     EXPECT_LE(victim->updated.count(), 1) << "it may have run before the editor came";
     EXPECT_GE(done.count(), 2) << "a failing controller is asked again";
+}
+
+/// Fails whenever it is asked.
+struct BrokenClock : core::system::MillisecClock {
+    BrokenClock() : MillisecClock(true) {}
+    boost::posix_time::ptime getTime() override { throw 42; }
+};
+
+struct Unattachable : Controller {
+    using Controller::Controller;
+    void attach(boost::shared_ptr<SceneManager>) override { throw 42; }
+};
+
+TEST_F(Synchronisation, GoesOnWhateverIsThrown) {
+    Gate thrown;
+    core::event::EventBase listener(events);
+    listener.registerHandler(core::event::EventType("SyncScene"), [&](const core::event::Event&) {
+        thrown.reach();
+        if (thrown.count() % 2 == 0) throw 42;
+        throw std::runtime_error("on purpose");
+    });
+    scene->setClock(boost::make_shared<BrokenClock>());
+    scene->addSceneController(makeController([]() -> bool { throw 42; }));
+    const auto changing = makeController([] { return true; });
+    EXPECT_THROW(scene->addSceneController(boost::make_shared<Unattachable>([] { return false; })),
+                 int);
+    scene->addSceneController(changing);  // The locks are free again.
+    ASSERT_TRUE(thrown.await(4));
+    scene->stop();
+    EXPECT_TRUE(changing->total == boost::posix_time::seconds(0)) << "time stood still";
 }
 
 TEST_F(Synchronisation, HundredsOfScenesComeAndGo) {

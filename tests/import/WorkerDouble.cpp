@@ -13,6 +13,7 @@
 
 #include "apps/import/ModelDocument.h"
 #include "apps/import/WorkerMessages.h"
+#include "tests/import/SampleDocument.h"
 
 namespace {
 
@@ -98,6 +99,7 @@ void sendNested() {
 
 const std::map<std::string, std::function<void()>> behaviours = {
     {"sound", [] { send(soundAnswer()); }},
+    {"sample.obj", [] { send(writeAnswer(sampleAnswer())); }},
     {"silent", [] {}},
     {"crash", [] { ::raise(SIGSEGV); }},
     {"abort", [] { ::raise(SIGABRT); }},

@@ -1,9 +1,6 @@
 // Lets the memory end at one allocation after the other during the scripted operations. The calls
 // may fail with std::bad_alloc; the scene must agree with itself and be usable afterwards.
 
-#include <algorithm>
-#include <new>
-
 #include <boost/make_shared.hpp>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -20,26 +17,6 @@
 
 namespace vantorix::test {
 namespace {
-
-/// Calls @p action, in which allocation number @p number fails if there are as many.
-/// @returns whether it came to that.
-template <class Action>
-bool failAt(long number, Action action) {
-    failAllocation(number);
-    try {
-        action();
-    } catch (const std::bad_alloc&) {
-        EXPECT_TRUE(hasAllocationFailed());
-    }
-    return endFailing();
-}
-
-/// All of the first and of the last of @p total allocations, those between at growing distances.
-long nextNumber(long number, long total) {
-    constexpr long last = 80;
-    const long sparse = number + 1 + number / 40;
-    return number < total - last ? std::min(sparse, total - last) : number + 1;
-}
 
 /// A scene that somebody listens to, taken through the script up to a step.
 struct HeardScene {
@@ -129,6 +106,27 @@ TEST(AllocationFailureAlone, ChangesNoLookUpInATreeThatGrows) {
         EXPECT_THAT(findTreeFaults(*scene), testing::IsEmpty());  // Builds the index.
         const bool failed = failAt(number, [&] { changeTree(scene); });
         expectWhole(scene);
+        if (!failed || testing::Test::HasFailure()) return;
+    }
+}
+
+TEST(AllocationFailureAlone, OfAChangeOfEventManagersLeavesTheObjectWithNoneOrTheNewOne) {
+    const auto first = boost::make_shared<core::event::EventManager>();
+    for (long number = 1;; ++number) {
+        const auto second = boost::make_shared<core::event::EventManager>();
+        core::event::EventBase listener(first);
+        int heard = 0;
+        for (const char* const type : {"One", "Two", "Three"}) {
+            listener.registerHandler(core::event::EventType(type),
+                                     [&heard](const core::event::Event&) { ++heard; });
+        }
+        const bool failed = failAt(number, [&] { listener.setEventManager(second); });
+        EXPECT_EQ(first->getListenedTypes().size(), 0u);
+        EXPECT_EQ(second->getListenedTypes().size(), failed ? 0u : 3u);
+        EXPECT_EQ(listener.getEventManager(), failed ? nullptr : second);
+        listener.setEventManager(second);
+        for (const char* const type : {"One", "Two", "Three"}) second->triggerEvent(type, "");
+        EXPECT_EQ(heard, 3);
         if (!failed || testing::Test::HasFailure()) return;
     }
 }

@@ -92,7 +92,10 @@ void checkMesh(Mesh& mesh, Faults& faults) {
         const auto stride = static_cast<std::size_t>(primitive->getIndexStreamStride());
         const auto& records = primitive->getIndexStream();
         if (stride == 0) continue;
-        if (records.size() % (3 * stride) != 0) faults.push_back(mesh.getID() + ": torn records");
+        const bool isOfTriangles = primitive->getType() == IMeshPrimitive::TRIANGLES;
+        if (records.size() % (isOfTriangles ? 3 * stride : stride) != 0) {
+            faults.push_back(mesh.getID() + ": torn records");
+        }
         for (std::size_t i = 0; i < records.size(); i += stride) {
             if (records[i] >= positions) faults.push_back(mesh.getID() + ": a record leads astray");
         }

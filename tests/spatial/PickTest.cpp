@@ -1,5 +1,8 @@
 #include "scene/geometry/IPrimitive.h"
+#include "scene/geometry/Polygon.h"
 #include "scene/geometry/Stream.h"
+#include "scene/geometry/TriangleMeshPrimitive.h"
+#include "scene/geometry/Vertex.h"
 #include "scene/material/InstanceGeometry.h"
 #include "scene/spatial/Octree.h"
 #include "scene/spatial/OctreeNode.h"
@@ -192,6 +195,21 @@ TEST_F(Picking, OnlyWhatLiesInFrontIsHit) {
     EXPECT_TRUE(octree.pickAll(Ray(Vector3f(0, 0, 0), Vector3f(notANumber, 0, 1))).empty());
 }
 
+TEST_F(Picking, TheLengthOfTheDirectionDoesNotMatter) {
+    const auto mesh = test::makePositions("t", {0, 0, 5, 1, 0, 5, 0, 1, 5});
+    test::addTriangles(mesh, {0, 1, 2});
+    test::place(mesh, *scene->getRoot());
+    take(scene->getRoot());
+    for (const float length : {1e-30f, 1e-20f, 1.0f, 1e20f, std::numeric_limits<float>::max()}) {
+        const auto hit = octree.pick(Ray(Vector3f(0.25f, 0.25f, 0), Vector3f(0, 0, length)));
+        ASSERT_TRUE(hit) << length;
+        EXPECT_FLOAT_EQ(hit->distance, 5);
+        const auto start = octree.pick(Ray(Vector3f(0.25f, 0.25f, 5), Vector3f(0, 0, length)));
+        ASSERT_TRUE(start) << length;
+        EXPECT_EQ(start->distance, 0);
+    }
+}
+
 TEST_F(Picking, PolygonsAreHitAsFans) {
     const auto mesh = test::makePositions("p", {0, 0, 0, 2, 0, 0, 2, 2, 0, 1, 3, 0, 0, 2, 0});
     test::addPolygons(mesh, {0, 1, 2, 3, 4}, {5, 0});
@@ -204,6 +222,31 @@ TEST_F(Picking, PolygonsAreHitAsFans) {
     EXPECT_EQ(hit->corners[2], hit->corners[1] + 1);
     EXPECT_EQ(hit->faceIndex, 0u);
     EXPECT_FALSE(octree.pick(Ray(Vector3f(1.9f, 2.5f, 1), Vector3f(0, 0, -1))));
+}
+
+/// Hands out a square that stands in no stream.
+struct Pane : TriangleMeshPrimitive {
+    using TriangleMeshPrimitive::TriangleMeshPrimitive;
+    std::vector<boost::shared_ptr<IPrimitive>> getPrimitives() override {
+        const auto square = boost::make_shared<Polygon>();
+        for (const auto& [x, y] : {std::pair(0, 0), {2, 0}, {2, 2}, {0, 2}}) {
+            const auto corner = boost::make_shared<Vertex>();
+            corner->setPosition(static_cast<float>(x), static_cast<float>(y), 0);
+            square->addVertex(corner);
+        }
+        return {square};
+    }
+};
+
+TEST_F(Picking, FacesOfOtherPrimitivesAreHitWhereTheirVerticesStand) {
+    const auto mesh = test::makePositions("p", {0, 0, 0, 2, 2, 0});
+    mesh->addPrimitive(boost::make_shared<Pane>(mesh, std::vector<StreamMapping>()));
+    test::place(mesh, *scene->getRoot());
+    take(scene->getRoot());
+    const auto hit = octree.pick(Ray(Vector3f(0.5f, 1.5f, 1), Vector3f(0, 0, -1)));
+    ASSERT_TRUE(hit);
+    EXPECT_EQ(hit->corners, (std::array<unsigned int, 3>{0, 2, 3}));
+    EXPECT_FALSE(octree.pick(Ray(Vector3f(2.5f, 1.5f, 1), Vector3f(0, 0, -1))));
 }
 
 TEST_F(Picking, EquallyNearFacesAreHitInOrder) {

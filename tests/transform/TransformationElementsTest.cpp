@@ -103,6 +103,17 @@ TEST(TransformationElements, CloneIsIndependent) {
     EXPECT_EQ(clone->getInterestPoint(), v456);
 }
 
+TEST(TransformationElements, AnAssignedOneTakesSidAndFlagToo) {
+    TransformationScale source(v456), target(v123);
+    source.setSid("source");
+    source.setScaleX(9.0f);
+    target = source;
+    EXPECT_EQ(target.getSid(), "source");
+    EXPECT_EQ(target.getScale(), Vector3(9.0f, 5.0f, 6.0f));
+    EXPECT_TRUE(target.updated());
+    EXPECT_TRUE(source.updated());
+}
+
 /// Runs @p set and tells whether the element counts as updated by it.
 template <class Element, class Set>
 bool updates(Element& element, Set set) {
