@@ -6,6 +6,7 @@
 
 #include "core_api/event/Event.h"
 
+#include "core/event/EventTypeHash.h"
 #include "core/event/ListenerRegistry.h"
 
 namespace vantorix::core::event {
@@ -42,10 +43,12 @@ void EventManager::triggerEvent(Event event) {
 }
 
 void EventManager::triggerEvent(std::string type, std::string data) {
+    static_assert(typeSlots == hashSlots);
+    if (!isSubclass() && !isHashHeard(typeSlot(type))) return;
     const auto hash = EventType::hashOf(type);
     if (isSubclass()) {
         triggerEvent(Event(EventType(std::move(type), hash), EventData(std::move(data))));
-    } else if (isHashHeard(hash)) {
+    } else {
         registry_->dispatch(type, hash, EventData(std::move(data)));
     }
 }

@@ -5,6 +5,7 @@
 #include <boost/thread/lock_guard.hpp>
 #include <boost/thread/mutex.hpp>
 
+#include "core/event/EventTypeHash.h"
 #include "core/event/GrowingTable.h"
 #include "core/utils/TextHash.h"
 
@@ -53,7 +54,9 @@ const std::string& EventType::getName() const {
 }
 
 std::size_t EventType::hashOf(const std::string& name) {
-    return static_cast<std::size_t>(utils::textHash(name.data(), name.size()));
+    // The slot lowest, where it can be told without the rest.
+    return static_cast<std::size_t>(utils::textHash(name.data(), name.size())) * typeSlots +
+           typeSlot(name);
 }
 
 }  // namespace vantorix::core::event

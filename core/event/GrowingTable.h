@@ -8,7 +8,7 @@
 namespace vantorix::core::event {
 
 /// A hash table without removal. Its items never move, so that they are found without a lock while
-/// one thread at a time inserts: a trie of the bits of the hash, one item per node.
+/// one thread at a time inserts: a trie of the upper bits of the hash, one item per node.
 template <class Item>
 class GrowingTable {
 public:
@@ -21,7 +21,7 @@ public:
     /// The item of this hash for which @p matches is true, or null.
     template <class Matches>
     Item* find(std::size_t hash, const Matches& matches) const {
-        std::size_t path = hash;
+        std::size_t path = firstStep(hash);
         Node* node = root_.load(std::memory_order_acquire);
         while (node && !(node->hash == hash && matches(node->item))) {
             node = node->children[path % fanOut].load(std::memory_order_acquire);
@@ -33,7 +33,7 @@ public:
     /// Adds an item that is not there yet.
     template <class... Arguments>
     Item& insert(std::size_t hash, Arguments&&... arguments) {
-        std::size_t path = hash;
+        std::size_t path = firstStep(hash);
         auto* place = &root_;
         while (Node* const node = place->load(std::memory_order_relaxed)) {
             place = &node->children[path % fanOut];
@@ -46,6 +46,9 @@ public:
 
 private:
     static constexpr std::size_t fanOut = 4;
+
+    /// The lower bits may be a few values only.
+    static std::size_t firstStep(std::size_t hash) { return hash / 65536; }
 
     struct Node {
         template <class... Arguments>

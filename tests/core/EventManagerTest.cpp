@@ -82,6 +82,14 @@ TEST_F(EventManagerTest, IsHeardFollowsRegistrationsAndTheirEnd) {
     EXPECT_FALSE(manager.isHeard(type));
 }
 
+TEST_F(EventManagerTest, TellsApartNamesThatAgreeInLengthAndSomeLetters) {
+    manager.registerListener(EventType("AxBxC"), &recorder);
+    manager.triggerEvent("AyByC", "1");
+    manager.triggerEvent("AxBxC", "2");
+    manager.triggerEvent(Event(EventType("AyByC"), EventData("3")));
+    EXPECT_EQ(recorder.texts, Texts({"AxBxC:2"}));
+}
+
 TEST_F(EventManagerTest, ASubclassHearsEverythingInBothWaysOfSending) {
     Spy spy;
     EventManager& base = spy;
