@@ -1,4 +1,3 @@
-#include <random>
 #include <vector>
 
 #include <benchmark/benchmark.h>
@@ -33,15 +32,29 @@ scene::Skin makeSkin(unsigned int vertices) {
     return skin;
 }
 
-/// range(0): vertices. Asks for those of a vertex near the last one; items are queries.
+/// Near the last one, over and over: nothing of what is read leaves the memory next to the
+/// processor.
+struct NearTheEnd {
+    unsigned int next(unsigned int vertices) { return vertices - 1 - (++asked % 64); }
+    unsigned int asked = 0;
+};
+
+/// All of them in order, as who moves a mesh by its skin asks.
+struct InSequence {
+    unsigned int next(unsigned int vertices) { return asked++ % vertices; }
+    unsigned int asked = 0;
+};
+
+/// range(0): vertices. Items are queries.
+template <typename Order>
 void influencesOfVertex(benchmark::State& state) {
     const auto vertices = static_cast<unsigned int>(state.range(0));
     const auto skin = makeSkin(vertices);
     std::vector<int> joints;
     std::vector<float> weights;
-    unsigned int vertex = 0;
+    Order order;
     for (auto _ : state) {
-        vertex = vertices - 1 - (vertex + 1) % 64;
+        const unsigned int vertex = order.next(vertices);
         joints.clear();
         weights.clear();
         skin.getVertexJointsAndWeights(vertex, joints, weights);
@@ -52,21 +65,30 @@ void influencesOfVertex(benchmark::State& state) {
     }
     state.SetItemsProcessed(state.iterations());
 }
-BENCHMARK(influencesOfVertex)->Arg(1000)->Arg(100000)->Arg(1000000);
+BENCHMARK_TEMPLATE(influencesOfVertex, NearTheEnd)
+    ->Name("influencesOfVertex")
+    ->Arg(1000)
+    ->Arg(100000)
+    ->Arg(1000000);
+BENCHMARK_TEMPLATE(influencesOfVertex, InSequence)
+    ->Name("influencesInSequence")
+    ->Arg(1000)
+    ->Arg(1000000);
 
 /// The same loop over plain arrays: the limit.
+template <typename Order>
 void influencesFromPrefixSums(benchmark::State& state) {
-    const auto vertices = static_cast<std::size_t>(state.range(0));
-    const auto skin = makeSkin(static_cast<unsigned int>(vertices));
+    const auto vertices = static_cast<unsigned int>(state.range(0));
+    const auto skin = makeSkin(vertices);
     const auto& v = skin.getV();
     const auto& values = static_cast<const scene::Stream&>(*skin.getStreams().front()).values;
-    std::vector<std::size_t> first(vertices + 1);
+    std::vector<std::size_t> first(vertices + std::size_t{1});
     for (std::size_t i = 0; i < vertices; ++i) first[i + 1] = first[i] + skin.getVCount()[i];
     std::vector<int> joints;
     std::vector<float> weights;
-    std::size_t vertex = 0;
+    Order order;
     for (auto _ : state) {
-        vertex = vertices - 1 - (vertex + 1) % 64;
+        const std::size_t vertex = order.next(vertices);
         joints.clear();
         weights.clear();
         for (std::size_t i = first[vertex]; i < first[vertex + 1]; ++i) {
@@ -77,7 +99,13 @@ void influencesFromPrefixSums(benchmark::State& state) {
     }
     state.SetItemsProcessed(state.iterations());
 }
-BENCHMARK(influencesFromPrefixSums)->Arg(100000);
+BENCHMARK_TEMPLATE(influencesFromPrefixSums, NearTheEnd)
+    ->Name("influencesFromPrefixSums")
+    ->Arg(100000);
+BENCHMARK_TEMPLATE(influencesFromPrefixSums, InSequence)
+    ->Name("influencesFromPrefixSumsInSequence")
+    ->Arg(1000)
+    ->Arg(1000000);
 
 }  // namespace
 }  // namespace vantorix::bench

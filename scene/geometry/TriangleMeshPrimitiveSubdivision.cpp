@@ -17,7 +17,7 @@ void TriangleMeshPrimitive::subDivide(boost::shared_ptr<Controller> controller) 
     if (!mesh) return;
     const auto stride = static_cast<std::size_t>(calculateIndexStreamStride());
     const FaceAssembler faces(streamMappings_, mesh.get(), indexStream_, stride);
-    TriangleSplit split(faces, stride, getCount());
+    TriangleSplit split(faces, getCount());
     const auto skin = controller ? controller->getSkin() : boost::shared_ptr<Skin>();
     std::optional<RefinedInfluences> influences;
     if (skin) influences.emplace(*skin);

@@ -46,9 +46,8 @@ void addInfluences(SplitPlaces::Place place, const unsigned int* triangle,
 
 }  // namespace
 
-TriangleSplit::TriangleSplit(const FaceAssembler& faces, std::size_t stride, std::size_t count)
+TriangleSplit::TriangleSplit(const FaceAssembler& faces, std::size_t count)
     : faces_(faces),
-      stride_(stride),
       count_(count),
       positions_("VTX_SUBDIVIDE_POSITION_STREAM", halfWay<Eigen::Vector3f>, count) {
     positionPlaces_.reserve(count);

@@ -18,8 +18,8 @@ class RefinedInfluences;
 /// beside the mesh, so that a failure half-way leaves the mesh as it was.
 class TriangleSplit {
 public:
-    /// @param faces  reads the records of @p count triangles, @p stride indices each.
-    TriangleSplit(const FaceAssembler& faces, std::size_t stride, std::size_t count);
+    /// @param faces  reads the records of @p count triangles.
+    TriangleSplit(const FaceAssembler& faces, std::size_t count);
 
     /// @param influences  when not null, gets those of each new position, in order.
     /// @param vertices    per corner of each triangle, the vertex of the skin.
@@ -52,7 +52,6 @@ private:
                std::size_t slot, OnNew onNew);
 
     const FaceAssembler& faces_;
-    std::size_t stride_;
     std::size_t count_;
     RefinedValues<3> positions_;
     std::optional<RefinedValues<3>> normals_;

@@ -113,12 +113,8 @@ void TupleIndex::markRead(FloatArray& values) {
     seenSize_ = values.size();
 }
 
-std::size_t TupleIndex::search(const FloatArray& values, const float* value) {
-    return searchFor<0>(values.data(), value);
-}
-
 template <std::size_t FixedStride>
-std::size_t TupleIndex::searchFor(const float* floats, const float* value) {
+inline std::size_t TupleIndex::searchFor(const float* floats, const float* value) {
     const Entry* const entries = entries_.data();
     const std::size_t mask = entries_.size() - 1;
     const std::size_t stride = FixedStride == 0 ? stride_ : FixedStride;
@@ -136,6 +132,10 @@ std::size_t TupleIndex::searchFor(const float* floats, const float* value) {
     }
     missedPlace_ = dead;
     return none;
+}
+
+std::size_t TupleIndex::search(const FloatArray& values, const float* value) {
+    return searchFor<0>(values.data(), value);
 }
 
 void TupleIndex::insertAll(FloatArray& values, std::size_t stride, const float* tuples,
@@ -160,10 +160,24 @@ void TupleIndex::insertEach(FloatArray& values, const float* tuples, std::size_t
 
 // Where there is room a few single floats come in faster than a range, and none can fail.
 template <std::size_t FixedStride>
-void TupleIndex::append(FloatArray& values, const float* value) {
+inline void TupleIndex::append(FloatArray& values, const float* value) {
     const std::size_t stride = FixedStride == 0 ? stride_ : FixedStride;
     if (values.capacity() - values.size() < stride) return values.append(value, stride);
     for (std::size_t i = 0; i < stride; ++i) values.floats_.push_back(value[i]);
+}
+
+template <std::size_t FixedStride>
+inline int TupleIndex::insertOne(FloatArray& values, const float* value, std::uint32_t hash) {
+    if (!hasRoomFor(1)) grow(roomIn(values, stride_));
+    missedHash_ = hash;
+    std::size_t tuple =
+        searchFor<FixedStride>(static_cast<const FloatArray&>(values).data(), value);
+    if (tuple == none) {
+        tuple = indexed_;
+        append<FixedStride>(values, value);
+        enter(tuple);
+    }
+    return static_cast<int>(tuple);
 }
 
 template <std::size_t FixedStride>
@@ -206,20 +220,6 @@ void TupleIndex::insertGuessed(FloatArray& values, const float* tuples, std::siz
         indices[i] = insertOne<FixedStride>(values, value, hashOfTuple(i));
         noteGuess(keys[i], indices[i]);
     }
-}
-
-template <std::size_t FixedStride>
-int TupleIndex::insertOne(FloatArray& values, const float* value, std::uint32_t hash) {
-    if (!hasRoomFor(1)) grow(roomIn(values, stride_));
-    missedHash_ = hash;
-    std::size_t tuple =
-        searchFor<FixedStride>(static_cast<const FloatArray&>(values).data(), value);
-    if (tuple == none) {
-        tuple = indexed_;
-        append<FixedStride>(values, value);
-        enter(tuple);
-    }
-    return static_cast<int>(tuple);
 }
 
 std::uint32_t TupleIndex::guessFor(int key) const {

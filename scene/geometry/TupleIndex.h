@@ -62,10 +62,11 @@ private:
     void readChanges(FloatArray& values, std::size_t stride);
     void markRead(FloatArray& values);
     std::size_t search(const FloatArray& values, const float* value);
+    // Inlined, like insertOne(): they are the inner loop of everything that comes in.
     template <std::size_t FixedStride>
-    std::size_t searchFor(const float* floats, const float* value);
+    [[gnu::always_inline]] std::size_t searchFor(const float* floats, const float* value);
     template <std::size_t FixedStride>
-    void append(FloatArray& values, const float* value);
+    [[gnu::always_inline]] void append(FloatArray& values, const float* value);
     template <std::size_t FixedStride>
     void insertEach(FloatArray& values, const float* tuples, std::size_t count, int* indices,
                     const int* keys);
@@ -75,7 +76,8 @@ private:
     void insertGuessed(FloatArray& values, const float* tuples, std::size_t count, int* indices,
                        const int* keys);
     template <std::size_t FixedStride>
-    int insertOne(FloatArray& values, const float* value, std::uint32_t hash);
+    [[gnu::always_inline]] int insertOne(FloatArray& values, const float* value,
+                                         std::uint32_t hash);
     std::uint32_t guessFor(int key) const;
     void noteGuess(int key, int tuple);
     void fetchEntry(std::uint32_t hash) const;

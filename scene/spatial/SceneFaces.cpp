@@ -98,8 +98,14 @@ void FaceGatherer::gatherPrimitive(IMeshPrimitive& primitive, const Mesh& mesh,
     const std::size_t firstFace = scene_.faces.size();
     auto made = primitive.getPrimitives();
     made.erase(std::remove(made.begin(), made.end(), nullptr), made.end());
-    for (const auto& face : made) face->applyTransform(toWorld);
-    scene_.faces.insert(scene_.faces.end(), made.begin(), made.end());
+    const std::size_t size = firstFace + made.size();
+    if (size > scene_.faces.capacity()) {
+        scene_.faces.reserve(std::max(size, 2 * scene_.faces.capacity()));
+    }
+    for (const auto& face : made) {
+        face->applyTransform(toWorld);
+        scene_.faces.push_back(face);  // While it is next to the processor.
+    }
     if (faces.empty()) {
         faces = std::move(made);
     } else {
