@@ -24,8 +24,7 @@ using StreamPointer = boost::shared_ptr<Stream>;
 
 /// "node/sid.component", taken apart.
 struct Target {
-    explicit Target(const std::string& text)
-        : node(text.substr(0, text.find('/'))), sid(), component() {
+    explicit Target(const std::string& text) : node(text.substr(0, text.find('/'))) {
         const auto slash = text.find('/'), dot = text.find('.');
         if (slash != std::string::npos) sid = text.substr(slash + 1, dot - slash - 1);
         if (dot == std::string::npos) return;

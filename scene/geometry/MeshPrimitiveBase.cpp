@@ -198,6 +198,7 @@ boost::shared_ptr<Stream> MeshPrimitiveBase::addStreamFor(const VertexElement& e
     const auto stream = boost::make_shared<Stream>(
         streamSemanticToString(element.semantic) + "_stream", element.size, !deduplicate);
     const int nextSlot = getIndexStreamStride();
+    streamMappings_.reserve(streamMappings_.size() + 1);  // No stream without its mapping.
     peekMesh()->addStream(stream);
     streamMappings_.emplace_back(element.semantic, stream, nextSlot);
     return stream;
@@ -205,17 +206,22 @@ boost::shared_ptr<Stream> MeshPrimitiveBase::addStreamFor(const VertexElement& e
 
 void MeshPrimitiveBase::addPositionStreamsFor(const VertexElement& element, bool deduplicate) {
     auto& mesh = *peekMesh();
-    if (mesh.getVertices().empty()) {
-        const auto stream =
-            boost::make_shared<Stream>("position_stream", element.size, !deduplicate);
-        mesh.addStream(stream);
-        mesh.addVerticesMapping(StreamMapping(POSITION, stream, 0));
+    // The way to the positions first: where they are found, nobody asks for it any more.
+    if (!getStreamBySemantic(VERTEX)) {
+        // Only carries the indirection to the vertices mappings, so the mesh does not list it.
+        const auto placeholder =
+            boost::make_shared<Stream>(mesh.getVerticesID(), element.size, !deduplicate);
+        streamMappings_.emplace_back(VERTEX, placeholder, 0);
     }
-    if (getStreamBySemantic(VERTEX)) return;
-    // Only carries the indirection to the vertices mappings, so the mesh does not list it.
-    const auto placeholder =
-        boost::make_shared<Stream>(mesh.getVerticesID(), element.size, !deduplicate);
-    streamMappings_.emplace_back(VERTEX, placeholder, 0);
+    if (!mesh.getVertices().empty()) return;
+    const auto stream = boost::make_shared<Stream>("position_stream", element.size, !deduplicate);
+    mesh.addStream(stream);
+    try {
+        mesh.addVerticesMapping(StreamMapping(POSITION, stream, 0));
+    } catch (...) {
+        mesh.removeStream(stream);
+        throw;
+    }
 }
 
 }  // namespace vantorix::scene

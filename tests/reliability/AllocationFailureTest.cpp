@@ -9,6 +9,9 @@
 #include "core_api/event/EventManager.h"
 #include "core_api/logger/Logger.h"
 
+#include "scene/geometry/Mesh.h"
+#include "scene/geometry/Stream.h"
+#include "scene/geometry/TriangleMeshPrimitive.h"
 #include "scene/graph/Node.h"
 #include "scene/graph/SceneManager.h"
 #include "tests/reliability/FailingAllocation.h"
@@ -127,6 +130,42 @@ TEST(AllocationFailureAlone, OfAChangeOfEventManagersLeavesTheObjectWithNoneOrTh
         listener.setEventManager(second);
         for (const char* const type : {"One", "Two", "Three"}) second->triggerEvent(type, "");
         EXPECT_EQ(heard, 3);
+        if (!failed || testing::Test::HasFailure()) return;
+    }
+}
+
+/// A mesh that gets triangles with normals, some of them equal.
+struct GrowingMesh {
+    bool addAtOnce() {
+        std::vector<float> positions, normals;
+        for (int i = 0; i < 40 * 9; ++i) {
+            positions.push_back(static_cast<float>(i % 7));
+            normals.push_back(static_cast<float>(i % 5));
+        }
+        return primitive->addTriangles(
+            {{scene::POSITION, 3, positions.data()}, {scene::NORMAL, 3, normals.data()}}, 40, true);
+    }
+    bool areRecordsWhole() const {
+        const auto stride = static_cast<std::size_t>(primitive->getIndexStreamStride());
+        return stride == 0 || primitive->getIndexStream().size() % (3 * stride) == 0;
+    }
+
+    boost::shared_ptr<scene::Mesh> mesh = boost::make_shared<scene::Mesh>("mesh", "");
+    boost::shared_ptr<scene::TriangleMeshPrimitive> primitive =
+        boost::make_shared<scene::TriangleMeshPrimitive>(mesh, std::vector<scene::StreamMapping>());
+};
+
+TEST(AllocationFailureAlone, OfTrianglesLeavesWholeRecords) {
+    for (long number = 1;; ++number) {
+        SCOPED_TRACE("allocation " + std::to_string(number));
+        GrowingMesh growing;
+        const bool failed = failAt(number, [&] { growing.addAtOnce(); });
+        EXPECT_TRUE(growing.areRecordsWhole());
+        for (const auto& stream : growing.mesh->getStreams()) {
+            EXPECT_EQ(stream->values.size(), static_cast<std::size_t>(3 * stream->count));
+        }
+        EXPECT_TRUE(growing.addAtOnce());
+        EXPECT_GE(growing.primitive->getCount(), 40u);
         if (!failed || testing::Test::HasFailure()) return;
     }
 }
