@@ -55,7 +55,8 @@ public:
     /// Sends "GeometryTopologyUpdate" (@p id) afterwards. Ignores an unknown identifier.
     void recalculateVertexNormals(const std::string& id);
     /// Subdivides the geometry, and the skin of @p controller when there is one; sends
-    /// "GeometryTopologyUpdate" (@p id) afterwards. Ignores an unknown identifier.
+    /// "GeometryTopologyUpdate" (@p id) afterwards. Ignores an unknown identifier. If memory runs
+    /// out, Mesh::subDivide() says what stays.
     void subDivideGeometry(const std::string& id, boost::shared_ptr<Controller> controller);
 
 private:

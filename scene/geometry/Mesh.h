@@ -57,7 +57,8 @@ public:
     /// Recalculates each primitive in list order.
     void recalculateVertexNormals() override;
     /// Subdivides each primitive in list order, with the same @p controller, which may be empty.
-    /// The bounding volume stays as it was asked first.
+    /// The bounding volume stays as it was asked first. If memory runs out, a primitive is split
+    /// together with the skin or stays as it was.
     void subDivide(boost::shared_ptr<Controller> controller) override;
     ~Mesh() override;
 

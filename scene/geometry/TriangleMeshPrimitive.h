@@ -73,6 +73,7 @@ public:
     /// @return false, after what addTriangle() leaves of the first triangle that fails; also, with
     ///         nothing changed, when values are missing.
     /// @throws std::out_of_range for positions of more than three components.
+    /// If memory runs out, the triangles that were added until then stay, each as a whole.
     bool addTriangles(const std::vector<CornerValues>& corners, std::size_t triangleCount,
                       bool deduplicate);
 

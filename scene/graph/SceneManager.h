@@ -267,6 +267,7 @@ public:
     /// logged and left out.
     /// Sends what the copied nodes send, and at the end "SceneUpdate", "SceneUpdate"
     /// ("MaterialList") and "SyncScene".
+    /// If memory runs out, what was taken in until then stays.
     /// @returns true. An empty @p other changes and sends nothing.
     bool mergeSceneManager(boost::shared_ptr<SceneManager> other, int options,
                            std::string parentNodeID);
@@ -309,6 +310,7 @@ public:
     /// libraries of different length or with different types of geometry. Joints are handed to
     /// replaceJoints in a scene of their own, which shares the event manager and sends
     /// "SceneUpdate" ("MaterialList") when it is made.
+    /// If memory runs out, the joints and meshes that were blended until then stay so.
     void morph(boost::shared_ptr<SceneManager> other, float ratio);
 
     /// Puts every joint where the positions of the one mesh of @p jointsScene, three floats each,
@@ -322,6 +324,7 @@ public:
     /// shape matrix becomes the identity.
     /// Logs, and changes nothing, unless there is one mesh with one position mapping, whose count
     /// is that of the joints, and one controller with a skin.
+    /// If memory runs out, the joints that were placed until then stay there.
     void replaceJoints(boost::shared_ptr<SceneManager> jointsScene);
     /// @}
 

@@ -21,12 +21,26 @@ void* allocate(std::size_t size, std::size_t alignment) {
     return memory;
 }
 
+void* allocateOrNothing(std::size_t size) noexcept {
+    try {
+        return allocate(size, alignof(std::max_align_t));
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
+
 }  // namespace
 
 void* operator new(std::size_t size) { return allocate(size, alignof(std::max_align_t)); }
 void* operator new[](std::size_t size) { return allocate(size, alignof(std::max_align_t)); }
 void* operator new(std::size_t size, std::align_val_t alignment) {
     return allocate(size, static_cast<std::size_t>(alignment));
+}
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    return allocateOrNothing(size);
+}
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+    return allocateOrNothing(size);
 }
 void operator delete(void* memory) noexcept { std::free(memory); }
 void operator delete[](void* memory) noexcept { std::free(memory); }
