@@ -67,8 +67,9 @@ public:
 
     private:
         void retire() {
-            const auto ended = -balance_.fetch_add(begun_, std::memory_order_acq_rel);
-            if (ended == begun_) delete this;
+            const auto begun = begun_;  // From the addition on, an end may destroy this.
+            const auto ended = -balance_.fetch_add(begun, std::memory_order_acq_rel);
+            if (ended == begun) delete this;
         }
 
         std::ptrdiff_t begun_ = 0;
