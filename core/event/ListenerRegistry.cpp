@@ -193,14 +193,12 @@ void ListenerRegistry::dispatch(const std::string& name, std::size_t hash, Event
 
 // The last listener gets the event itself: for a single one, its payload is never counted.
 void ListenerRegistry::deliverToAll(const Reading& row, Event event) {
-    for (const auto& registration : row) {
-        if (!registration) continue;
-        if (&registration + 1 == row.end()) {
-            registration->deliver(std::move(event));
-        } else {
-            registration->deliver(std::as_const(event));
-        }
+    if (row.begin() == row.end()) return;
+    const auto* const last = row.end() - 1;
+    for (const auto* registration = row.begin(); registration != last; ++registration) {
+        if (*registration) (*registration)->deliver(std::as_const(event));
     }
+    if (*last) (*last)->deliver(std::move(event));
 }
 
 std::atomic<unsigned int>& ListenerRegistry::heardBy(const EventType& type) {
