@@ -13,7 +13,7 @@ Event::Event(EventType type, EventData data, std::string sender)
 
 const std::string& Event::getSender() const {
     static const std::string none;
-    return sender_ ? sender_->text() : none;
+    return sender_ ? sender_->beginning() : none;
 }
 
 }  // namespace vantorix::core::event

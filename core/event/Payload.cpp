@@ -1,6 +1,8 @@
 #include "core/event/Payload.h"
 
 #include <algorithm>
+#include <cstring>
+#include <memory>
 #include <utility>
 
 #include "core/utils/MatrixText.h"
@@ -19,24 +21,33 @@ void intrusive_ptr_release(const Payload* payload) {
     }
 }
 
-MatrixPayload::MatrixPayload(std::string id, const float* elements)
+MatrixPayload::MatrixPayload(std::string&& id, const float* elements)
     : Payload(std::move(id)), matrix_() {
     std::copy_n(elements, matrix_.size(), matrix_.begin());
 }
 
-MatrixPayload::~MatrixPayload() { delete rendered_.load(std::memory_order_relaxed); }
+MatrixPayload::~MatrixPayload() { delete[] rendered_.load(std::memory_order_relaxed); }
 
-const std::string& MatrixPayload::text() const {
-    const auto* known = rendered_.load(std::memory_order_acquire);
-    return known ? *known : render();
+std::string_view MatrixPayload::text() const {
+    const auto* const known = rendered_.load(std::memory_order_acquire);
+    return known ? std::string_view(known, renderedSize_.load(std::memory_order_relaxed))
+                 : render();
 }
 
-const std::string& MatrixPayload::render() const {
-    const auto* fresh = new std::string(utils::joinMatrixText(beginning(), matrix_.data()));
-    const std::string* known = nullptr;
-    if (rendered_.compare_exchange_strong(known, fresh)) return *fresh;
-    delete fresh;
-    return *known;
+std::string_view MatrixPayload::render() const {
+    const auto& id = beginning();
+    char matrix[utils::matrixTextRoom];
+    const auto matrixSize =
+        static_cast<std::size_t>(utils::writeMatrixText(matrix, matrix_.data()) - matrix);
+    const std::size_t size = id.size() + 1 + matrixSize;
+    std::unique_ptr<char[]> fresh(new char[size]);
+    std::memcpy(fresh.get(), id.data(), id.size());
+    fresh[id.size()] = ',';
+    std::memcpy(fresh.get() + id.size() + 1, matrix, matrixSize);
+    renderedSize_.store(size, std::memory_order_relaxed);
+    const char* known = nullptr;
+    if (rendered_.compare_exchange_strong(known, fresh.get())) known = fresh.release();
+    return std::string_view(known, size);
 }
 
 }  // namespace vantorix::core::event

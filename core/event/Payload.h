@@ -2,7 +2,10 @@
 
 #include <array>
 #include <atomic>
+#include <cstddef>
 #include <string>
+#include <string_view>
+#include <utility>
 
 #include "core_api/event/EventData.h"
 
@@ -11,12 +14,12 @@ namespace vantorix::core::event {
 /// A text that event data share.
 class Payload {
 public:
-    explicit Payload(std::string text) : text_(std::move(text)) {}
+    explicit Payload(std::string&& text) : text_(std::move(text)) {}
     Payload(const Payload&) = delete;
     Payload& operator=(const Payload&) = delete;
     virtual ~Payload() = default;
 
-    virtual const std::string& text() const { return text_; }
+    virtual std::string_view text() const { return text_; }
 
     /// A beginning of the text that ends with the text or before a comma; costs nothing.
     const std::string& beginning() const { return text_; }
@@ -33,16 +36,17 @@ private:
 /// kept.
 class MatrixPayload : public Payload {
 public:
-    MatrixPayload(std::string id, const float* elements);
+    MatrixPayload(std::string&& id, const float* elements);
     ~MatrixPayload() override;
 
-    const std::string& text() const override;
+    std::string_view text() const override;
 
 private:
-    const std::string& render() const;
+    std::string_view render() const;
 
     std::array<float, 16> matrix_;
-    mutable std::atomic<const std::string*> rendered_{nullptr};
+    mutable std::atomic<std::size_t> renderedSize_{0};  // Every reader finds the same one.
+    mutable std::atomic<const char*> rendered_{nullptr};
 };
 
 }  // namespace vantorix::core::event

@@ -3,41 +3,25 @@
 #include <charconv>
 #include <system_error>
 
-#include "core/utils/ShortestFloat.h"
-
 namespace vantorix::core::utils {
 namespace {
 
 constexpr std::size_t elementCount = 16;
-constexpr std::size_t longestElement = longestFloatText + 1;  // And a blank.
-
-struct TextBuffer {
-    char text[elementCount * longestElement];
-    char* end = text;
-};
-
-void appendAll(TextBuffer& buffer, const float* elements) {
-    buffer.end = writeShortest(buffer.end, elements[0]);
-    for (std::size_t i = 1; i < elementCount; ++i) {
-        *buffer.end++ = ' ';
-        buffer.end = writeShortest(buffer.end, elements[i]);
-    }
-}
 
 }  // namespace
 
-std::string matrixText(const float* elements) {
-    TextBuffer buffer;
-    appendAll(buffer, elements);
-    return std::string(buffer.text, buffer.end);
+char* writeMatrixText(char* out, const float* elements) {
+    out = writeShortest(out, elements[0]);
+    for (std::size_t i = 1; i < elementCount; ++i) {
+        *out++ = ' ';
+        out = writeShortest(out, elements[i]);
+    }
+    return out;
 }
 
-std::string joinMatrixText(const std::string& id, const float* elements) {
-    TextBuffer buffer;
-    appendAll(buffer, elements);
-    std::string joined;
-    joined.reserve(id.size() + 1 + static_cast<std::size_t>(buffer.end - buffer.text));
-    return joined.append(id).append(1, ',').append(buffer.text, buffer.end);
+std::string matrixText(const float* elements) {
+    char text[matrixTextRoom];
+    return std::string(text, writeMatrixText(text, elements));
 }
 
 bool readMatrixText(const std::string& text, std::array<float, 16>& elements) {

@@ -45,11 +45,12 @@ struct Decimal {
 
 int floorLog2Pow10(int power) { return (power * 1741647) >> 19; }
 
-/// The 32 bits of power * factor / 2^64, the last one set when anything was cut off.
-std::uint32_t roundedToOdd(std::uint64_t power, std::uint32_t factor) {
-    const std::uint64_t low = (power & 0xFFFFFFFFu) * factor;
-    const std::uint64_t high = (power >> 32) * factor + (low >> 32);
-    return static_cast<std::uint32_t>(high >> 32) | ((high & 0xFFFFFFFFu) > 1u ? 1u : 0u);
+__extension__ using Wide = unsigned __int128;
+
+/// The bits from the 64th on, the last one set when anything was cut off that counts.
+std::uint32_t roundedToOdd(Wide product) {
+    const bool isCut = static_cast<std::uint64_t>(product) >= std::uint64_t{2} << 32;
+    return static_cast<std::uint32_t>(product >> 64) | isCut;
 }
 
 /// The shortest decimal of significand * 2^exponent that reads back as that float.
@@ -57,54 +58,111 @@ Decimal shortestDecimal(std::uint32_t significand, int exponent, bool isLowerGap
     const int power =
         (exponent * 1262611 - (isLowerGapHalf ? 524031 : 0)) >> 22;  // floor(log10(interval))
     const int shift = exponent + floorLog2Pow10(-power) + 1;
-    const std::uint64_t scale = powersOfTen[-power - leastPower];
-    const std::uint32_t center = 4 * significand;
+    const Wide quarter = Wide(powersOfTen[-power - leastPower]) << shift;
+    const Wide center = quarter * (4 * significand);
     // An even significand also owns the ends of its interval.
     const std::uint32_t open = significand & 1u;
-    const auto lower =
-        roundedToOdd(scale, (center - 2 + (isLowerGapHalf ? 1u : 0u)) << shift) + open;
-    const auto value = roundedToOdd(scale, center << shift);
-    const auto upper = roundedToOdd(scale, (center + 2) << shift) - open;
+    const auto lower = roundedToOdd(center - (isLowerGapHalf ? quarter : 2 * quarter)) + open;
+    const auto value = roundedToOdd(center);
+    const auto upper = roundedToOdd(center + 2 * quarter) - open;
 
+    // Both candidates, without a branch: which one it is, no processor would guess.
     const std::uint32_t floor = value / 4;
-    if (floor >= 10) {
-        const std::uint32_t tens = floor / 10;
-        const bool isBelowInside = lower <= 40 * tens;
-        const bool isAboveInside = 40 * tens + 40 <= upper;
-        if (isBelowInside != isAboveInside) return {tens + (isAboveInside ? 1u : 0u), power + 1};
-    }
     const bool isBelowInside = lower <= 4 * floor;
     const bool isAboveInside = 4 * floor + 4 <= upper;
-    if (isBelowInside != isAboveInside) return {floor + (isAboveInside ? 1u : 0u), power};
-    const std::uint32_t middle = 4 * floor + 2;
-    const bool isUp = value > middle || (value == middle && (floor & 1u));
-    return {floor + (isUp ? 1u : 0u), power};
+    const bool isNearerAbove = value + (floor & 1u) > 4 * floor + 2;
+    const bool isOneInside = isBelowInside != isAboveInside;
+    const std::uint32_t fine =
+        floor + ((isOneInside & isAboveInside) | (!isOneInside & isNearerAbove));
+
+    const std::uint32_t tens = floor / 10;
+    const bool isTenBelowInside = lower <= 40 * tens;
+    const bool isTenAboveInside = 40 * tens + 40 <= upper;
+    const std::uint32_t coarse = tens + isTenAboveInside;
+
+    const std::uint32_t isCoarse = (floor >= 10) & (isTenBelowInside != isTenAboveInside);
+    return {fine ^ ((fine ^ coarse) & (0u - isCoarse)), power + static_cast<int>(isCoarse)};
 }
 
-constexpr char pairs[] =
-    "00010203040506070809101112131415161718192021222324252627282930313233343536373839404142434445"
-    "46474849505152535455565758596061626364656667686970717273747576777879808182838485868788899091"
-    "9293949596979899";
+constexpr std::uint32_t powersOfTenBelow32Bits[] = {
+    1, 10, 100, 1000, 10000, 100000, 1000000, 10000000, 100000000, 1000000000};
 
-template <class Number>
-int digitCount(Number number) {
-    if (number >= 10000000 && number < 1000000000) return number < 100000000 ? 8 : 9;  // Usual.
-    int count = 1;
-    for (; number >= 100; number /= 100) count += 2;
-    return number >= 10 ? count + 1 : count;
+int digitCount(std::uint32_t number) {
+    const int least = (32 - __builtin_clz(number | 1u)) * 1233 >> 12;  // By the digits of a bit.
+    return number < powersOfTenBelow32Bits[least] ? least : least + 1;
 }
 
-/// Writes @p count digits of @p number, which has no more.
-template <class Number>
-char* writeDigits(char* out, Number number, int count) {
-    char* at = out + count;
-    while (at - out >= 2) {
-        at -= 2;
-        std::memcpy(at, pairs + 2 * (number % 100), 2);
-        number /= 100;
+/// Eight digits as bytes, the first of them lowest, after P. Khuong's itoa: two lanes of four
+/// digits, then four of two, then eight of one.
+std::uint64_t digitBytes(std::uint32_t number) {
+    const std::uint64_t fours = number / 10000 | std::uint64_t(number % 10000) << 32;
+    const std::uint64_t hundreds = fours * 10486 >> 20 & 0x7F0000007Fu;
+    const std::uint64_t twos = hundreds | (fours - 100 * hundreds) << 16;
+    const std::uint64_t tens = twos * 103 >> 10 & 0x000F000F000F000Fu;
+    return tens | (twos - 10 * tens) << 8;
+}
+
+constexpr std::uint64_t zeroCharacters = 0x3030303030303030u;
+
+/// Writes characters of which the first stands lowest.
+char* writeBytes(char* out, std::uint64_t bytes) {
+#if __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__
+    bytes = __builtin_bswap64(bytes);
+#endif
+    std::memcpy(out, &bytes, sizeof(bytes));
+    return out + sizeof(bytes);
+}
+
+/// d.dddddddd * 10^(whole - 1): the digits of a decimal, its zeros at the end left out.
+class Digits {
+public:
+    explicit Digits(const Decimal& decimal) {
+        const int count = digitCount(decimal.digits);
+        const std::uint32_t nine = decimal.digits * powersOfTenBelow32Bits[9 - count];
+        const std::uint64_t rest = digitBytes(nine % 100000000);
+        first_ = static_cast<char>('0' + nine / 100000000);
+        rest_ = rest + zeroCharacters;
+        size_ = rest == 0 ? 1 : 9 - (__builtin_clzll(rest) >> 3);
+        whole_ = count + decimal.exponent;
     }
-    if (at != out) *out = static_cast<char>('0' + number);
-    return out + count;
+
+    int size() const { return size_; }
+    /// Digits before the decimal point; below 1 that many zeros come behind it.
+    int whole() const { return whole_; }
+
+    /// Returns the end of the last digit that counts. Nine characters are written.
+    char* write(char* out) const {
+        *out = first_;
+        writeBytes(out + 1, rest_);
+        return out + size_;
+    }
+
+    /// With the decimal point behind the first @p whole of them, from 1 to 8.
+    char* writeWithPoint(char* out, int whole) const {
+        write(out);
+        writeBytes(out + whole + 1, rest_ >> 8 * (whole - 1));
+        out[whole] = '.';
+        return out + size_ + 1;
+    }
+
+private:
+    char first_;
+    std::uint64_t rest_;
+    int size_;
+    int whole_;
+};
+
+char* writeWhole(char* out, std::uint64_t number) {
+    if (number < 10) {
+        *out = static_cast<char>('0' + number);
+        return out + 1;
+    }
+    char* end = out;
+    for (auto rest = number; rest != 0; rest /= 10) ++end;
+    for (char* at = end; at != out; number /= 10) {
+        *--at = static_cast<char>('0' + number % 10);
+    }
+    return end;
 }
 
 char* writeText(char* out, const char* text) {
@@ -114,51 +172,36 @@ char* writeText(char* out, const char* text) {
 }
 
 /// "d.ddde-xx"
-char* writeScientific(char* out, const Decimal& decimal, int count) {
-    char* const end = writeDigits(out + 1, decimal.digits, count);
-    *out = out[1];
-    out[1] = '.';
-    out = count > 1 ? end : end - 1;
-    const int exponent = decimal.exponent + count - 1;
+char* writeScientific(char* out, const Digits& digits) {
+    out = digits.size() > 1 ? digits.writeWithPoint(out, 1) : digits.write(out);
+    const int exponent = digits.whole() - 1;
     *out++ = 'e';
     *out++ = exponent < 0 ? '-' : '+';
-    return writeDigits(out, static_cast<std::uint32_t>(std::abs(exponent)), 2);
+    *out++ = static_cast<char>('0' + std::abs(exponent) / 10);
+    *out++ = static_cast<char>('0' + std::abs(exponent) % 10);
+    return out;
 }
 
 /// "0.00ddd" or "d.ddd"
-char* writeFraction(char* out, const Decimal& decimal, int count) {
-    const int whole = count + decimal.exponent;
-    if (whole <= 0) {
-        std::memcpy(out, "0.000", 5);  // With more zeros the scientific notation is shorter.
-        return writeDigits(out + 2 - whole, decimal.digits, count);
-    }
-    char* const end = writeDigits(out + 1, decimal.digits, count);
-    for (int i = 0; i < whole; ++i) out[i] = out[i + 1];
-    out[whole] = '.';
-    return end;
+char* writeFraction(char* out, const Digits& digits) {
+    if (digits.whole() > 0) return digits.writeWithPoint(out, digits.whole());
+    std::memcpy(out, "0.000", 5);  // With more zeros the scientific notation is shorter.
+    return digits.write(out + 2 - digits.whole());
 }
 
-/// Without the zeros at the end of the digits.
-Decimal stripped(Decimal decimal) {
-    while (decimal.digits % 10 == 0) {
-        decimal.digits /= 10;
-        ++decimal.exponent;
+/// Plain notation unless the other one is shorter. @p magnitude is the value of @p digits.
+char* writeDigits(char* out, const Digits& digits, float magnitude) {
+    const int size = digits.size();
+    const int whole = digits.whole();
+    const int scientificSize = size + (size > 1 ? 5 : 4);
+    if (whole >= size) {
+        if (whole > scientificSize) return writeScientific(out, digits);
+        // All digits, not only enough.
+        return writeWhole(out, static_cast<std::uint64_t>(magnitude));
     }
-    return decimal;
-}
-
-/// Plain notation unless the other one is shorter. @p magnitude is the value of @p decimal.
-char* writeDecimal(char* out, const Decimal& decimal, float magnitude) {
-    const int count = digitCount(decimal.digits);
-    const int scientificSize = count + (count > 1 ? 5 : 4);
-    if (decimal.exponent >= 0) {
-        if (count + decimal.exponent > scientificSize) return writeScientific(out, decimal, count);
-        const auto whole = static_cast<std::uint64_t>(magnitude);  // All digits, not only enough.
-        return writeDigits(out, whole, digitCount(whole));
-    }
-    const int fractionSize = count + decimal.exponent > 0 ? count + 1 : 2 - decimal.exponent;
-    return fractionSize > scientificSize ? writeScientific(out, decimal, count)
-                                         : writeFraction(out, decimal, count);
+    const int fractionSize = whole > 0 ? size + 1 : size + 2 - whole;
+    return fractionSize > scientificSize ? writeScientific(out, digits)
+                                         : writeFraction(out, digits);
 }
 
 char* writeFinite(char* out, std::uint32_t bits, float magnitude) {
@@ -167,7 +210,7 @@ char* writeFinite(char* out, std::uint32_t bits, float magnitude) {
     const auto decimal = biased == 0 ? shortestDecimal(fraction, -149, false)
                                      : shortestDecimal(fraction | 0x800000u, biased - 150,
                                                        fraction == 0 && biased > 1);
-    return writeDecimal(out, stripped(decimal), magnitude);
+    return writeDigits(out, Digits(decimal), magnitude);
 }
 
 }  // namespace
@@ -181,7 +224,7 @@ char* writeShortest(char* out, float value) {
     if (magnitude < 10000.0f) {
         const auto whole = static_cast<std::uint32_t>(magnitude);
         if (static_cast<float>(whole) == magnitude) {
-            return writeDigits(out, whole, digitCount(whole));
+            return writeWhole(out, whole);
         }
     } else if (!std::isfinite(value)) {
         return writeText(out, std::isnan(value) ? "nan" : "inf");
