@@ -44,7 +44,10 @@ void EventManager::triggerEvent(Event event) {
 
 void EventManager::triggerEvent(std::string type, std::string data) {
     static_assert(typeSlots == hashSlots);
-    if (!isSubclass() && !isHashHeard(typeSlot(type))) return;
+    if (isSubclass() || isHashHeard(typeSlot(type))) send(std::move(type), std::move(data));
+}
+
+void EventManager::send(std::string&& type, std::string&& data) {
     const auto hash = EventType::hashOf(type);
     if (isSubclass()) {
         triggerEvent(Event(EventType(std::move(type), hash), EventData(std::move(data))));

@@ -44,14 +44,22 @@ Row& changeable(RowPtr& row) {
 /// A dispatch's stay in the row of a type, as it is when that begins.
 class ListenerRegistry::Reading {
 public:
-    template <class... Key>
-    explicit Reading(const ListenerRegistry& registry, const Key&... key) : row_(nullptr) {
-        const Lock lock(registry.lock_);
-        const auto found = registry.rows_.find(key...);
-        if (found == registry.rows_.end()) return;
-        row_ = found->second.get();
-        row_->begin();
-    }
+    Reading(const ListenerRegistry& registry, const EventType& type)
+        : Reading(
+              registry, [&type](const EventType& other) { return other == type; }, type) {}
+
+    /// Finds the row by the text, without an event type to be made from it first.
+    Reading(const ListenerRegistry& registry, const std::string& name, std::size_t hash)
+        : Reading(
+              registry,
+              [&](const EventType& type) {
+                  return type.getHash() == hash && type.getName() == name;
+              },
+              name, [hash](const std::string&) { return hash; },
+              [](const std::string& wanted, const EventType& type) {
+                  return type.getName() == wanted;
+              }) {}
+
     ~Reading() {
         if (row_) row_->end();
     }
@@ -66,6 +74,20 @@ public:
     }
 
 private:
+    template <class IsWanted, class... Key>
+    Reading(const ListenerRegistry& registry, const IsWanted& isWanted, const Key&... key)
+        : row_(nullptr) {
+        const Lock lock(registry.lock_);
+        auto*& recent = registry.recentRow_;
+        if (!recent || !isWanted(recent->type)) {
+            const auto found = registry.rows_.find(key...);
+            if (found == registry.rows_.end()) return;
+            recent = found->second.get();
+        }
+        row_ = recent;
+        row_->begin();
+    }
+
     Row* row_;
 };
 
@@ -93,6 +115,7 @@ void ListenerRegistry::close() {
         const Lock lock(lock_);
         gates.swap(byGate_);
         rows.swap(rows_);
+        recentRow_ = nullptr;
     }
     for (const auto& [gate, registrations] : gates) gate->removeRegistry(*this);
 }
@@ -176,23 +199,18 @@ std::vector<EventType> ListenerRegistry::types() const {
     return result;
 }
 
-void ListenerRegistry::dispatch(Event event) const {
+void ListenerRegistry::dispatch(Event&& event) const {
     const Reading row(*this, event.getEventType());
     deliverToAll(row, std::move(event));
 }
 
-// Finds the row by the text, without an event type to be made from it first.
 void ListenerRegistry::dispatch(const std::string& name, std::size_t hash, EventData data) const {
-    const auto hashOf = [hash](const std::string&) { return hash; };
-    const auto isNamed = [](const std::string& wanted, const EventType& type) {
-        return type.getName() == wanted;
-    };
-    const Reading row(*this, name, hashOf, isNamed);
+    const Reading row(*this, name, hash);
     if (row.type()) deliverToAll(row, Event(*row.type(), std::move(data)));
 }
 
 // The last listener gets the event itself: for a single one, its payload is never counted.
-void ListenerRegistry::deliverToAll(const Reading& row, Event event) {
+void ListenerRegistry::deliverToAll(const Reading& row, Event&& event) {
     if (row.begin() == row.end()) return;
     const auto* const last = row.end() - 1;
     for (const auto* registration = row.begin(); registration != last; ++registration) {
@@ -206,6 +224,7 @@ std::atomic<unsigned int>& ListenerRegistry::heardBy(const EventType& type) {
 }
 
 void ListenerRegistry::append(const EventType& type, const RegistrationPtr& registration) {
+    recentRow_ = nullptr;
     const auto found = rows_.try_emplace(type).first;
     try {
         if (!found->second) found->second.reset(new Row(type));
@@ -223,6 +242,7 @@ void ListenerRegistry::append(const EventType& type, const RegistrationPtr& regi
 void ListenerRegistry::end(const EventType& type, Registration& registration) {
     registration.ended.store(true, std::memory_order_release);
     heardBy(type).fetch_sub(1, std::memory_order_release);
+    recentRow_ = nullptr;
     const auto found = rows_.find(type);
     auto& row = *found->second;
     if (--row.used == 0) {

@@ -95,7 +95,7 @@ public:
 
     /// Delivers to those who are registered now. After the first delivery this object is not used.
     /// @{
-    void dispatch(Event event) const;
+    void dispatch(Event&& event) const;
     /// The event of the type named @p name, of which @p hash is the hash.
     void dispatch(const std::string& name, std::size_t hash, EventData data) const;
     /// @}
@@ -106,7 +106,7 @@ private:
     using Rows = boost::unordered_map<EventType, RowPtr, EventTypeHash>;
 
     class Reading;
-    static void deliverToAll(const Reading& row, Event event);
+    static void deliverToAll(const Reading& row, Event&& event);
 
     std::atomic<unsigned int>& heardBy(const EventType& type);
     bool addTo(Registrations& registrations, const EventType& type, EventListener& listener);
@@ -116,6 +116,7 @@ private:
 
     mutable SpinLock lock_;
     Rows rows_;
+    mutable Row* recentRow_ = nullptr;  // Of the last dispatch: mostly also that of the next.
     // By gate: it stays unique as long as it is referred to, a listener's address does not.
     ByGate byGate_;
     EventManager::HeardHashes& heard_;

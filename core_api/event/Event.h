@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 
 #include <boost/smart_ptr/intrusive_ptr.hpp>
 
@@ -13,7 +14,9 @@ namespace vantorix::core::event {
 /// One event: what happened, its payload and who sent it. Cheap to copy, never changes.
 class VANTORIX_CORE_EXPORT Event {
 public:
-    Event(EventType type, EventData data, std::string sender = std::string());
+    /// With an empty sender.
+    Event(EventType type, EventData data) : type_(std::move(type)), data_(std::move(data)) {}
+    Event(EventType type, EventData data, std::string sender);
     Event(const Event&) = default;
     Event(Event&&) = default;
     Event& operator=(const Event&) = default;
