@@ -70,11 +70,11 @@ private:
     void close();
     void renumber();
 
+    Dependents dependents_;
     std::vector<Slot> slots_;
     std::size_t head_ = 0;  ///< Slots before it are empty for good.
     std::size_t live_ = 0;
     std::uint32_t nextTicket_ = 0;
-    Dependents dependents_;
     std::unique_ptr<ChildRow> next_;
 };
 

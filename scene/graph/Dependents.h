@@ -1,6 +1,6 @@
 #pragma once
 
-#include <vector>
+#include <boost/container/small_vector.hpp>
 
 namespace vantorix::scene {
 
@@ -10,7 +10,8 @@ class Node;
 /// An array, since its nodes can be fetched side by side, where those of a linked list come one
 /// after the other.
 struct Dependents {
-    std::vector<Node*> nodes;    ///< Each knows its place; in no particular order.
+    /// Each knows its place; in no particular order. The only one of a chain lies here itself.
+    boost::container::small_vector<Node*, 1> nodes;
     Dependents* next = nullptr;  ///< The list to be emptied after this one, while that goes on.
 };
 

@@ -244,6 +244,9 @@ private:
     void copyPlacement(const Node& other);
     void applyElement(ITransformation& element);
     VANTORIX_SCENE_NO_EXPORT void updateLocalMatrix();
+    VANTORIX_SCENE_NO_EXPORT void updateLocalTranslation();
+    void announceMove();
+    void triggerTranslationUpdate();
 
     // What every move and query goes through is hidden, so that the compiler may inline it.
     VANTORIX_SCENE_NO_EXPORT void cacheWorldMatrix() const;
@@ -262,14 +265,14 @@ private:
 
     std::string id_;
     std::string name_;
-    SceneHandle scene_;
-    Node* parentPointer_ = nullptr;       ///< Valid while isInParentsRow_ or parent_ is alive.
-    boost::weak_ptr<Node> parent_;        ///< Made when the parent's row loses this node.
-    std::unique_ptr<ChildRow> children_;  ///< Made for the first child.
-    std::unique_ptr<Extras> extras_;      ///< Made for the first instance, layer, SID or element.
-    std::uint64_t indexGeneration_ = 0;   ///< The index that lists this node; 0 if none does.
-    std::uint32_t ticket_ = 0;            ///< Leads to the slot in the parent's row.
-    std::uint32_t attachments_ = 0;       ///< Rows' slots that hold this node.
+
+    std::uint64_t indexGeneration_ = 0;  ///< The index that lists this node; 0 if none does.
+
+    // What a query of the world matrix touches lies together, and in its midst, what a move does.
+    mutable Eigen::Matrix4f worldMatrix_;
+    Eigen::Matrix4f localMatrix_ = Eigen::Matrix4f::Identity();
+    Eigen::Vector4f translation_ = Eigen::Vector4f::Zero();  ///< The last element stays 0.
+    std::unique_ptr<ChildRow> children_;                     ///< Made for the first child.
 
     // A node whose world matrix is cached stands in its parent's list of dependents. Stale marks
     // go down these lists only, so that neither wide nor deep trees pay for nodes nobody asked.
@@ -277,12 +280,16 @@ private:
     mutable std::uint32_t dependentPlace_ = unlisted;  ///< In the list of parentPointer_.
     mutable bool worldCached_ = false;
     bool isInParentsRow_ = false;  ///< Spares counting references to a parent that has to stay.
+    bool isLocalShifted_ = true;   ///< A finite translation shows in the last column only.
+    SceneHandle scene_;
+    Node* parentPointer_ = nullptr;  ///< Valid while isInParentsRow_ or parent_ is alive.
 
-    Eigen::Vector4f translation_ = Eigen::Vector4f::Zero();  ///< The last element stays 0.
     Eigen::Vector3f scaling_ = Eigen::Vector3f::Ones();
+    std::uint32_t ticket_ = 0;  ///< Leads to the slot in the parent's row.
     Eigen::Matrix4f rotation_ = Eigen::Matrix4f::Identity();
-    Eigen::Matrix4f localMatrix_ = Eigen::Matrix4f::Identity();
-    mutable Eigen::Matrix4f worldMatrix_;
+    boost::weak_ptr<Node> parent_;    ///< Made when the parent's row loses this node.
+    std::unique_ptr<Extras> extras_;  ///< Made for the first instance, layer, SID or element.
+    std::uint32_t attachments_ = 0;   ///< Rows' slots that hold this node.
 };
 
 }  // namespace vantorix::scene

@@ -1,3 +1,7 @@
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstring>
 #include <utility>
 
 #include <Eigen/SVD>
@@ -20,27 +24,47 @@
 #include "scene/transform/TransformationTranslate.h"
 
 namespace vantorix::scene {
+namespace {
+
+bool isFinite(const Eigen::Vector4f& vector) { return ((vector * 0.0f).array() == 0.0f).all(); }
+
+/// Whether a product with a finite translation adds this to its last column and, to the last bit,
+/// nothing to the others: these hold no -0, and the last row is that of the identity.
+bool turnsOnly(const Eigen::Matrix4f& rotation) {
+    constexpr std::uint32_t negativeZero = 0x80000000u;
+    constexpr std::array<std::uint32_t, 4> lastColumn = {0, 0, 0, 0x3F800000u};
+    std::array<std::uint32_t, 16> bits;
+    std::memcpy(bits.data(), rotation.data(), sizeof(bits));
+    bool turns = true;
+    for (std::size_t i = 0; i < 12; i += 4) {
+        turns &= bits[i + 3] == 0;
+        for (std::size_t j = 0; j < 3; ++j) turns &= bits[i + j] != negativeZero;
+    }
+    return turns && std::equal(lastColumn.begin(), lastColumn.end(), bits.begin() + 12);
+}
+
+}  // namespace
 
 void Node::move(const Eigen::Vector3f& offset) {
     // The product first: scaling the turned offset instead would round differently.
     const Eigen::Matrix4f product = scaling_.homogeneous().asDiagonal() * rotation_;
     translation_.head<3>() +=
         product.topLeftCorner<3, 3>() * offset + product.topRightCorner<3, 1>();
-    triggerTransformationUpdate();
+    triggerTranslationUpdate();
 }
 
 void Node::move(float x, float y, float z) { move(Eigen::Vector3f(x, y, z)); }
 
 void Node::addTranslation(const Eigen::Vector3f& offset) {
     translation_.head<3>() += offset;
-    triggerTransformationUpdate();
+    triggerTranslationUpdate();
 }
 
 void Node::addTranslation(float x, float y, float z) { addTranslation(Eigen::Vector3f(x, y, z)); }
 
 void Node::setTranslation(const Eigen::Translation<float, 3>& translation) {
     translation_.head<3>() = translation.vector();
-    triggerTransformationUpdate();
+    triggerTranslationUpdate();
 }
 
 void Node::rotate(const Eigen::Matrix3f& rotation) {
@@ -168,11 +192,28 @@ void Node::updateLocalMatrix() {
             (rotation_.col(column) + translation_ * rotation_(3, column)) * scaling_(column);
     }
     localMatrix_.col(3) = rotation_.col(3) + translation_ * rotation_(3, 3);
+    isLocalShifted_ = isFinite(translation_) && turnsOnly(rotation_);
+    forgetWorldMatrix();
+}
+
+// Leaves alone what could only become what it is, and with it the memory of most of the node.
+void Node::updateLocalTranslation() {
+    if (!isLocalShifted_ || !isFinite(translation_)) return updateLocalMatrix();
+    localMatrix_.col(3) = Eigen::Vector4f::UnitW() + translation_;
     forgetWorldMatrix();
 }
 
 void Node::triggerTransformationUpdate() {
     updateLocalMatrix();
+    announceMove();
+}
+
+void Node::triggerTranslationUpdate() {
+    updateLocalTranslation();
+    announceMove();
+}
+
+void Node::announceMove() {
     const auto scene = scene_;  // A listener may release this node.
     if (isHeard(scene, events::nodeTransformationUpdate)) {
         dispatch(scene, events::nodeTransformationUpdate,

@@ -36,13 +36,15 @@ TreeSnapshot::TreeSnapshot(boost::shared_ptr<Node> top) {
 const std::string& TreeSnapshot::idOf(std::size_t place) const { return node(place).id_; }
 
 void TreeSnapshot::fetch(std::size_t place) const {
-    constexpr std::size_t cacheLine = 64;
-    const Node* const node = places_[place].node.get();
-    // A copy computes the matrices, which come last, anew.
-    const auto* const end = reinterpret_cast<const char*>(&node->localMatrix_);
-    for (auto* at = reinterpret_cast<const char*>(node); at < end; at += cacheLine) {
-        __builtin_prefetch(at);
-    }
+    const Node& node = *places_[place].node;
+    const auto fetchFrom = [](const void* first, const void* end) {
+        constexpr std::size_t cacheLine = 64;
+        auto* at = static_cast<const char*>(first);
+        for (; at < static_cast<const char*>(end); at += cacheLine) __builtin_prefetch(at);
+    };
+    // A copy computes the matrices in between anew.
+    fetchFrom(&node, &node.worldMatrix_);
+    fetchFrom(&node.translation_, &node + 1);
 }
 
 void TreeSnapshot::appendChildren(std::size_t place) {

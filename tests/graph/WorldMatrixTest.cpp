@@ -1,5 +1,8 @@
 // World matrices to the last bit, whatever became of the tree: parents multiply from the top down.
 
+#include <cmath>
+#include <cstring>
+#include <limits>
 #include <random>
 #include <set>
 
@@ -34,6 +37,8 @@ protected:
     }
 
     const NodePointer& any() { return nodes_[random_() % nodes_.size()]; }
+
+    int below(int limit) { return std::uniform_int_distribution<int>(0, limit - 1)(random_); }
 
     float number() { return std::uniform_real_distribution<float>(-1.5f, 1.5f)(random_); }
 
@@ -75,6 +80,61 @@ TEST_P(WorldMatrix, HasTheBitsOfTheRecursionOverParents) {
         const auto& node = *any();
         EXPECT_EQ(node.getCombinedTransformations(), recursed(node, localOf)) << "edit " << i;
         EXPECT_EQ(node.getCombinedRotations(), recursed(node, rotationOf)) << "edit " << i;
+    }
+}
+
+/// As the matrix is defined: (rotation + translation * its last row) * scale, by columns.
+Matrix4f composed(const Node& node) {
+    const auto rotation = node.getRotation();
+    Eigen::Vector4f translation(0, 0, 0, 0), scale(1, 1, 1, 1);
+    translation.head<3>() = node.getTranslation().vector();
+    scale.head<3>() = node.getScale();
+    Matrix4f matrix;
+    for (int i = 0; i < 16; ++i) {
+        matrix(i % 4, i / 4) =
+            (rotation(i % 4, i / 4) + translation(i % 4) * rotation(3, i / 4)) * scale(i / 4);
+    }
+    return matrix;
+}
+
+/// NaNs count as equal, zeros of different signs do not.
+bool haveSameBits(const Matrix4f& left, const Matrix4f& right) {
+    for (int i = 0; i < 16; ++i) {
+        const float a = left(i % 4, i / 4), b = right(i % 4, i / 4);
+        if (!(std::isnan(a) && std::isnan(b)) && std::memcmp(&a, &b, sizeof(a)) != 0) return false;
+    }
+    return true;
+}
+
+TEST_P(WorldMatrix, StartsFromALocalOneThatIsComposedWhateverTheNumbers) {
+    const auto node = nodes_[0];
+    constexpr float infinity = std::numeric_limits<float>::infinity();
+    // Mostly numbers with which a move changes the last column only.
+    const auto pick = [&](float odd) { return below(9) == 0 ? odd : number(); };
+    const auto vector = [&](float odd) {
+        return Eigen::Vector3f(pick(odd), pick(odd), pick(-odd));
+    };
+    for (int i = 0; i < 400; ++i) {
+        Matrix4f rotation = Matrix4f::Identity();
+        switch (below(8)) {
+            case 0:
+                rotation.topLeftCorner<3, 3>() << vector(0), vector(-0.0f), vector(infinity);
+                if (below(4) == 0) rotation(below(4), below(4)) = pick(-0.0f);
+                node->setRotation(rotation);
+                break;
+            case 1:
+                node->setScale(vector(infinity));
+                break;
+            case 2:
+                node->addTranslation(vector(0));
+                break;
+            case 3:
+                node->move(vector(-0.0f));
+                break;
+            default:
+                node->setTranslation(Eigen::Translation3f(vector(i % 3 == 0 ? infinity : -0.0f)));
+        }
+        ASSERT_TRUE(haveSameBits(node->getTransformations(), composed(*node)));
     }
 }
 
