@@ -66,7 +66,7 @@ Triangle& Triangle::operator=(const Triangle& other) {
 
 Triangle::~Triangle() = default;
 
-Eigen::Vector3f Triangle::getFaceNormal() { return faceNormal(edge1_, edge2_); }
+Eigen::Vector3f Triangle::getFaceNormal() { return unpadded(faceNormal(edge1_, edge2_)); }
 
 void Triangle::applyTransform(const Eigen::Matrix4f& matrix) {
     auto* const packed = packed_.load(std::memory_order_acquire);

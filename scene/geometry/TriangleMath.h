@@ -1,7 +1,11 @@
 #pragma once
 
+#include <cmath>
+
 #include <Eigen/Core>
 #include <Eigen/Geometry>
+
+#include "scene/geometry/PaddedVector.h"
 
 namespace vantorix::scene {
 
@@ -12,9 +16,16 @@ inline Eigen::Vector3f usableEdge(const Eigen::Vector3f& from, const Eigen::Vect
     return edge;
 }
 
+/// Of length 1. An edge of length 0, which rounding may leave, stays as it is.
+inline PaddedVector direction(const Eigen::Vector3f& edge) {
+    const float squaredLength = edge.squaredNorm();
+    const float length = squaredLength > 0.0f ? std::sqrt(squaredLength) : 1.0f;
+    return padded(edge) / PaddedVector{length, length, length, length};
+}
+
 /// Not normalised again: the length is the sine of the angle between the edges.
-inline Eigen::Vector3f faceNormal(const Eigen::Vector3f& edge1, const Eigen::Vector3f& edge2) {
-    return edge1.normalized().cross(edge2.normalized());
+inline PaddedVector faceNormal(const Eigen::Vector3f& edge1, const Eigen::Vector3f& edge2) {
+    return cross(direction(edge1), direction(edge2));
 }
 
 /// The first three components of matrix * (position, 1).

@@ -21,15 +21,20 @@ std::size_t countPositions(const Stream& positions) {
 }
 
 /// Non-finite where no face has contributed, and where faces cancel each other out.
-void normalizeAll(std::vector<Eigen::Vector3f>& normals) {
-    for (auto& normal : normals) normal *= 1.0f / normal.norm();
+std::vector<Eigen::Vector3f> normalized(const std::vector<PaddedVector>& sums) {
+    std::vector<Eigen::Vector3f> normals(sums.size());
+    for (std::size_t i = 0; i < sums.size(); ++i) {
+        const auto sum = unpadded(sums[i]);
+        normals[i] = sum * (1.0f / sum.norm());
+    }
+    return normals;
 }
 
 void setValues(Stream& stream, const std::vector<Eigen::Vector3f>& normals) {
     // The stream's count stays as it was.
+    static_assert(sizeof(Eigen::Vector3f) == 3 * sizeof(float));
     stream.values.clear();
-    stream.values.reserve(normals.size() * 3);
-    for (const auto& normal : normals) stream.values.append(normal.data(), 3);
+    if (!normals.empty()) stream.values.append(normals.front().data(), 3 * normals.size());
 }
 
 }  // namespace
@@ -53,7 +58,7 @@ TriangleMeshPrimitive::Normals TriangleMeshPrimitive::calculateNormals(const Mes
                                                                        std::size_t count) const {
     const auto stride = static_cast<std::size_t>(calculateIndexStreamStride());
     const FaceAssembler faces(streamMappings_, &mesh, indexStream_, stride);
-    Normals normals(count, Eigen::Vector3f::Zero());
+    std::vector<PaddedVector> sums(count, PaddedVector{});
     const std::size_t faceSize = stride * 3;
     for (std::size_t start = 0; start + faceSize <= indexStream_.size(); start += faceSize) {
         const auto first = faces.position(start);
@@ -61,11 +66,10 @@ TriangleMeshPrimitive::Normals TriangleMeshPrimitive::calculateNormals(const Mes
                                        usableEdge(first, faces.position(start + 2 * stride)));
         for (std::size_t record = start; record < start + faceSize; record += stride) {
             const std::size_t position = indexStream_[record + positionSlot];
-            if (position < count) normals[position] += normal;
+            if (position < count) sums[position] += normal;
         }
     }
-    normalizeAll(normals);
-    return normals;
+    return normalized(sums);
 }
 
 void TriangleMeshPrimitive::storeNormals(Mesh& mesh, std::size_t positionSlot,

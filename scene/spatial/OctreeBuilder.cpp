@@ -30,6 +30,31 @@ bool isIndivisible(const Eigen::Vector3f& minimum, const Eigen::Vector3f& maximu
            (center.array() == minimum.array() || center.array() == maximum.array()).all();
 }
 
+/// What is left of the children, by six bits: those of x, y and z for the lower interval that a
+/// triangle does not reach, then those for the upper one.
+constexpr std::array<std::uint8_t, 64> makeReached() {
+    std::array<std::uint8_t, 64> reached{};
+    for (unsigned int apart = 0; apart < reached.size(); ++apart) {
+        unsigned int children = allChildren;
+        for (unsigned int axis = 0; axis < 3; ++axis) {
+            if (apart >> axis & 1u) children &= ~lowerChildren[axis];
+            if (apart >> axis & 8u) children &= lowerChildren[axis];
+        }
+        reached[apart] = static_cast<std::uint8_t>(children);
+    }
+    return reached;
+}
+constexpr auto reachedChildren = makeReached();
+
+using Mask __attribute__((vector_size(16))) = std::int32_t;
+
+/// The or of all four.
+unsigned int joined(Mask bits) {
+    bits |= __builtin_shufflevector(bits, bits, 2, 3, 0, 1);
+    bits |= __builtin_shufflevector(bits, bits, 1, 0, 3, 2);
+    return static_cast<unsigned int>(bits[0]);
+}
+
 bool isFinite(const std::array<Eigen::Vector3f, 3>& corners) {
     return corners[0].allFinite() && corners[1].allFinite() && corners[2].allFinite();
 }
@@ -48,46 +73,52 @@ struct OctreeBuilder::Split {
             center[child] = (minimum[child] + maximum[child]) * 0.5f;
             half[child] = (maximum[child] - minimum[child]) * 0.5f;
             isFinite = isFinite && center[child].allFinite() && half[child].allFinite();
+            // Larger ones hold nothing for sure: low and high cannot both be beyond the middle.
+            const bool isPlain = half[child].maxCoeff() <= largestPlainHalf;
+            plainCenter[child] = padded(center[child]);
+            plainHalf[child] = padded(isPlain ? half[child] : Eigen::Vector3f::Constant(-1.0f));
         }
+        axisCenter = {padded(center[0]), padded(center[childCount - 1])};
+        axisHalf = {padded(half[0]), padded(half[childCount - 1])};
     }
 
     /// Those that no box axis separates from a triangle. Four children each share an interval of
     /// an axis, so two tests per axis decide for all eight.
-    template <typename IsApart>
-    static unsigned int reachedUnless(const IsApart& isApart) {
-        unsigned int reached = allChildren;
+    unsigned int reachedBy(const Corners& corners) const {
+        unsigned int apart = 0;
         for (int axis = 0; axis < 3; ++axis) {
-            const unsigned int lower = lowerChildren[axis];
-            if (isApart(axis, 0)) reached &= ~lower;
-            if (isApart(axis, childCount - 1)) reached &= lower;
+            if (isApart(corners, axis, 0)) apart |= 1u << axis;
+            if (isApart(corners, axis, childCount - 1)) apart |= 8u << axis;
         }
-        return reached;
+        return reachedChildren[apart];
     }
 
-    unsigned int reachedBy(const Corners& corners) const {
-        return reachedUnless([&](int axis, unsigned int child) {
-            const float middle = center[child][axis];
-            return TriangleBoxOverlap::isApartOnAxis(corners[0][axis] - middle,
-                                                     corners[1][axis] - middle,
-                                                     corners[2][axis] - middle, half[child][axis]);
-        });
+    bool isApart(const Corners& corners, int axis, unsigned int child) const {
+        const float middle = center[child][axis];
+        return TriangleBoxOverlap::isApartOnAxis(corners[0][axis] - middle,
+                                                 corners[1][axis] - middle,
+                                                 corners[2][axis] - middle, half[child][axis]);
     }
 
     /// The same: rounding is monotonic, so the lowest and highest corner speak for all three.
+    /// Without a branch, since no processor could tell where the next triangle lies.
     unsigned int reachedBy(const Bounds& bounds) const {
-        return reachedUnless([&](int axis, unsigned int child) {
-            const float middle = center[child][axis];
-            return bounds.low[axis] - middle > half[child][axis] ||
-                   bounds.high[axis] - middle < -half[child][axis];
-        });
+        constexpr Mask lowerBits = {1, 2, 4, 0};
+        constexpr Mask upperBits = {8, 16, 32, 0};
+        return reachedChildren[joined((isApart(bounds, axisCenter[0], axisHalf[0]) & lowerBits) |
+                                      (isApart(bounds, axisCenter[1], axisHalf[1]) & upperBits))];
+    }
+
+    /// On which axes they are.
+    static Mask isApart(const Bounds& bounds, PaddedVector boxCenter, PaddedVector boxHalf) {
+        return (bounds.low - boxCenter > boxHalf) | (bounds.high - boxCenter < -boxHalf);
     }
 
     /// A triangle all of whose corners lie in the box passes every later test: rounding is
     /// monotonic, so no projection of a corner is rounded past the radius of the box.
     bool holds(const Bounds& bounds, unsigned int child) const {
-        return half[child].maxCoeff() <= largestPlainHalf &&
-               ((bounds.high - center[child]).array() <= half[child].array()).all() &&
-               ((bounds.low - center[child]).array() >= -half[child].array()).all();
+        return joined((bounds.high - plainCenter[child] > plainHalf[child]) |
+                      (bounds.low - plainCenter[child] < -plainHalf[child])) == 0;
     }
 
     bool overlaps(const Corners& corners, unsigned int child) const {
@@ -96,6 +127,8 @@ struct OctreeBuilder::Split {
     }
 
     std::array<Eigen::Vector3f, childCount> minimum, maximum, center, half;
+    std::array<PaddedVector, 2> axisCenter, axisHalf;  // Of the first child and of the last.
+    std::array<PaddedVector, childCount> plainCenter, plainHalf;
     bool isFinite = true;
 };
 
@@ -110,8 +143,8 @@ OctreeBuilder::OctreeBuilder(const std::vector<boost::shared_ptr<IPrimitive>>& f
         const IPrimitive* const face = faces[i].get();
         if (!face || typeid(*face) != typeid(Triangle)) continue;
         const auto& corners = corners_[i] = FaceCorners::of(static_cast<const Triangle&>(*face));
-        bounds_[i] = {corners[0].cwiseMin(corners[1]).cwiseMin(corners[2]),
-                      corners[0].cwiseMax(corners[1]).cwiseMax(corners[2])};
+        bounds_[i] = {padded(corners[0].cwiseMin(corners[1]).cwiseMin(corners[2])),
+                      padded(corners[0].cwiseMax(corners[1]).cwiseMax(corners[2]))};
         kinds_[i] = isFinite(corners) ? FINITE_TRIANGLE : TRIANGLE;
     }
 }
@@ -119,24 +152,26 @@ OctreeBuilder::OctreeBuilder(const std::vector<boost::shared_ptr<IPrimitive>>& f
 void OctreeBuilder::build(OctreeNode& node, int depth) {
     buffer_.resize(faces_.size());
     std::iota(buffer_.begin(), buffer_.end(), Face{0});
-    distribute(node, depth, 0);
+    distribute(node, depth, 0, buffer_.size());
 }
 
-void OctreeBuilder::distribute(OctreeNode& node, int depth, std::size_t first) {
-    const std::size_t end = buffer_.size();
-    if (isLeaf(node, depth, end - first)) return fill(node, first);
+void OctreeBuilder::distribute(OctreeNode& node, int depth, std::size_t first, std::size_t end) {
+    if (isLeaf(node, depth, end - first)) return fill(node, first, end);
     node.subDivide();
     const Split split(node);
-    bits_.resize(end);
+    if (bits_.size() < end) bits_.resize(end);
     for (std::size_t i = first; i < end; ++i) {
         bits_[i] = childrenOf(buffer_[i], split);
     }
     for (unsigned int child = 0; child < Split::childCount; ++child) {
+        const std::size_t most = end + (end - first);
+        if (buffer_.size() < most) buffer_.resize(most);
+        std::size_t childEnd = end;
         for (std::size_t i = first; i < end; ++i) {
-            if (bits_[i] >> child & 1u) buffer_.push_back(buffer_[i]);
+            buffer_[childEnd] = buffer_[i];  // Counts if the child gets it.
+            childEnd += bits_[i] >> child & 1u;
         }
-        distribute(*node.getChildAt(child), depth + 1, end);
-        buffer_.resize(end);
+        distribute(*node.getChildAt(child), depth + 1, end, childEnd);
     }
 }
 
@@ -147,9 +182,9 @@ bool OctreeBuilder::isLeaf(const OctreeNode& node, int depth, std::size_t count)
     return depth > deepestSplit || isIndivisible(node.getBVMin(), node.getBVMax());
 }
 
-void OctreeBuilder::fill(OctreeNode& node, std::size_t first) const {
-    node.primitives_.reserve(node.primitives_.size() + buffer_.size() - first);
-    for (std::size_t i = first; i < buffer_.size(); ++i) {
+void OctreeBuilder::fill(OctreeNode& node, std::size_t first, std::size_t end) const {
+    node.primitives_.reserve(node.primitives_.size() + end - first);
+    for (std::size_t i = first; i < end; ++i) {
         node.primitives_.push_back(faces_[buffer_[i]]);
     }
 }

@@ -8,6 +8,8 @@
 #include <Eigen/Core>
 #include <boost/shared_ptr.hpp>
 
+#include "scene/geometry/PaddedVector.h"
+
 namespace vantorix::scene {
 
 class IPrimitive;
@@ -28,15 +30,16 @@ private:
     using Face = std::uint32_t;
     using Corners = std::array<Eigen::Vector3f, 3>;
     struct Bounds {
-        Eigen::Vector3f low, high;
+        PaddedVector low, high;
     };
     enum Kind : std::uint8_t { OTHER, TRIANGLE, FINITE_TRIANGLE };
     struct Split;
 
-    /// The faces from @p first to the end of the buffer go into @p node.
-    void distribute(OctreeNode& node, int depth, std::size_t first);
+    /// The faces that stand in the buffer from @p first to @p end go into @p node; what stands
+    /// behind them is overwritten.
+    void distribute(OctreeNode& node, int depth, std::size_t first, std::size_t end);
     bool isLeaf(const OctreeNode& node, int depth, std::size_t count) const;
-    void fill(OctreeNode& node, std::size_t first) const;
+    void fill(OctreeNode& node, std::size_t first, std::size_t end) const;
     /// A bit for each child that the face goes to.
     std::uint8_t childrenOf(Face face, const Split& split) const;
     /// The same by the face's own test.
