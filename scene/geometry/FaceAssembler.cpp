@@ -42,7 +42,8 @@ void FaceAssembler::addVertices(std::size_t slot, const Mesh& mesh) {
 
 void FaceAssembler::addInput(const StreamMapping& mapping, std::size_t slot) {
     if (!mapping.stream) return;
-    const Input input{mapping.semantic, slot, TupleReader(*mapping.stream)};
+    const Input input{mapping.semantic, slot, TupleReader(*mapping.stream),
+                      mapping.stream->isKnownDistinct()};
     const std::size_t size = input.tuples.size();
     if (input.tuples.count() == 0 || size > PackedCorners::mostFloats) return;
     inputs_.push_back(input);
@@ -85,6 +86,15 @@ bool FaceAssembler::haveValues(StreamSemantic semantic, std::size_t count) const
         if (!find(*likely, start) && !hasValue(semantic, start)) return false;
     }
     return likely || count == 0;
+}
+
+bool FaceAssembler::areKnownDistinct(StreamSemantic semantic, std::size_t size) const {
+    const auto* const last = findLast(semantic);
+    const auto isOther = [&](const Input& input) {
+        return input.semantic == semantic && &input != last;
+    };
+    return last && last->areKnownDistinct && last->tuples.size() <= size &&
+           std::none_of(inputs_.begin(), inputs_.end(), isOther);
 }
 
 void FaceAssembler::readValues(StreamSemantic semantic, std::size_t first, std::size_t count,

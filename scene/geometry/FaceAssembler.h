@@ -43,6 +43,9 @@ public:
     }
     /// Whether that holds for the first @p count records.
     bool haveValues(StreamSemantic semantic, std::size_t count) const;
+    /// Whether the values of a semantic, @p size floats each, are known to differ from tuple to
+    /// tuple, where it gets one.
+    bool areKnownDistinct(StreamSemantic semantic, std::size_t size) const;
     /// That value; zeros, from an input of their own, when it gets none.
     Value value(StreamSemantic semantic, std::size_t start) const;
 
@@ -64,6 +67,7 @@ private:
         StreamSemantic semantic;
         std::size_t slot;  ///< List position of the mapping, which is where records are read.
         TupleReader tuples;
+        bool areKnownDistinct;
     };
 
     void addVertices(std::size_t slot, const Mesh& mesh);

@@ -35,12 +35,15 @@ public:
     using Place = SplitPlaces::Place;
 
     /// Makes room for what a closed mesh of @p triangleCount triangles has.
-    RefinedValues(const std::string& name, Midpoint midpoint, std::size_t triangleCount)
+    /// @param isDistinct  every corner has a value, and other tuples are other values.
+    RefinedValues(const std::string& name, Midpoint midpoint, std::size_t triangleCount,
+                  bool isDistinct)
         : stream_(boost::make_shared<Stream>(name, Size, false)),
           corners_("", Size, false),
+          isDistinct_(isDistinct),
           midpoint_(midpoint) {
         stream_->values.reserve(2 * triangleCount * Size);
-        corners_.values.reserve(triangleCount / 2 * Size);
+        if (!isDistinct) corners_.values.reserve(triangleCount / 2 * Size);
         indices_.reserve(2 * triangleCount);
     }
 
@@ -61,7 +64,7 @@ public:
 
     /// The numbers of the block's corners: the same for equal values.
     const std::vector<std::uint32_t>& cornerNumbers() const { return cornerNumbers_; }
-    std::size_t cornerCount() const { return static_cast<std::size_t>(corners_.count); }
+    std::size_t cornerCount() const { return cornerCount_; }
 
     /// Stores the values that the block has met for the first time.
     /// @p onNew is called with triangle of the block and place of each that was not there before.
@@ -80,12 +83,27 @@ public:
     }
 
 private:
-    /// Finds the numbers of all corners. Those whose tuples are met first get new ones: only then
-    /// a value is looked for.
     void numberCorners() {
+        cornerNumbers_.resize(block_.size());
+        if (isDistinct_) {
+            numberTuples();
+        } else {
+            numberDistinctValues();
+        }
+    }
+
+    void numberTuples() {
+        for (std::size_t i = 0; i < block_.size(); ++i) {
+            auto& number = numberOf(block_[i]);
+            if (number == EdgeTable::unset) number = static_cast<std::uint32_t>(cornerCount_++);
+            cornerNumbers_[i] = number;
+        }
+    }
+
+    /// Tuples that are met first get new numbers: only then a value is looked for.
+    void numberDistinctValues() {
         newCorners_.clear();
         newValues_.clear();
-        cornerNumbers_.resize(block_.size());
         for (std::size_t i = 0; i < block_.size(); ++i) {
             cornerNumbers_[i] = numberOf(block_[i]);
             if (cornerNumbers_[i] != EdgeTable::unset) continue;
@@ -98,6 +116,7 @@ private:
             const auto number = static_cast<std::uint32_t>(newIndices_[i]);
             cornerNumbers_[newCorners_[i]] = numberOf(block_[newCorners_[i]]) = number;
         }
+        cornerCount_ = static_cast<std::size_t>(corners_.count);
     }
 
     Value corner(std::size_t i) const { return block_[i].floats.template head<Size>(); }
@@ -153,6 +172,8 @@ private:
 
     boost::shared_ptr<Stream> stream_;
     Stream corners_;  // The distinct values of corners, in the order in which they are met.
+    bool isDistinct_;              // Then these are not needed.
+    std::size_t cornerCount_ = 0;  // Of the values that were met.
     Midpoint midpoint_;
     std::vector<std::vector<std::uint32_t>> numbers_;  // By input, then by tuple.
     std::vector<int> indices_;                         // In the stream, of each value met.

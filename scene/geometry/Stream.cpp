@@ -140,6 +140,10 @@ void Stream::makeRoomFor(std::size_t tupleCount) {
     if (size > values.capacity()) values.reserve(std::max(size, 2 * values.capacity()));
 }
 
+bool Stream::isKnownDistinct() const {
+    return index_ && stride > 0 && index_->isDistinctOn(values, static_cast<std::size_t>(stride));
+}
+
 bool Stream::canInsertTogether(std::size_t tupleCount) const {
     if (allowDuplicates || !isIndexUseful()) return false;
     // That the values end with a whole tuple is mostly known without a division.

@@ -54,6 +54,7 @@ public:
     std::vector<std::string> stringValues;
 
 private:
+    friend class FaceAssembler;
     friend class MeshPrimitiveBase;
     friend class TriangleMeshPrimitive;
 
@@ -65,6 +66,8 @@ private:
     /// Makes room for @p tupleCount more of them, and then some.
     void makeRoomFor(std::size_t tupleCount);
     bool isIndexUseful() const;
+    /// Whether no two tuples are equal, as far as earlier calls have found out.
+    bool isKnownDistinct() const;
     bool canInsertTogether(std::size_t tupleCount) const;
 
     std::unique_ptr<TupleIndex> index_;  // Made by the first search that it speeds up.

@@ -49,12 +49,17 @@ void addInfluences(SplitPlaces::Place place, const unsigned int* triangle,
 TriangleSplit::TriangleSplit(const FaceAssembler& faces, std::size_t count)
     : faces_(faces),
       count_(count),
-      positions_("VTX_SUBDIVIDE_POSITION_STREAM", halfWay<Eigen::Vector3f>, count) {
+      positions_("VTX_SUBDIVIDE_POSITION_STREAM", halfWay<Eigen::Vector3f>, count,
+                 faces.areKnownDistinct(POSITION, 3) && areComplete(POSITION)) {
     positionPlaces_.reserve(count);
     // Indices only line up with corners when every corner has a value: all triangles or none.
-    if (areComplete(NORMAL)) normals_.emplace("VTX_SUBDIVIDE_NORMAL_STREAM", middleNormal, count);
+    if (areComplete(NORMAL)) {
+        normals_.emplace("VTX_SUBDIVIDE_NORMAL_STREAM", middleNormal, count,
+                         faces.areKnownDistinct(NORMAL, 3));
+    }
     if (areComplete(TEXCOORD0)) {
-        textureCoordinates_.emplace("VTX_SUBDIVIDE_UV_STREAM", halfWay<Eigen::Vector2f>, count);
+        textureCoordinates_.emplace("VTX_SUBDIVIDE_UV_STREAM", halfWay<Eigen::Vector2f>, count,
+                                    faces.areKnownDistinct(TEXCOORD0, 2));
     }
 }
 

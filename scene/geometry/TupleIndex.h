@@ -28,6 +28,11 @@ public:
         return stride == stride_ && indexed_ * stride == values.size();
     }
 
+    /// Whether they are known to make up the whole array, as it is now, with no two of them equal.
+    bool isDistinctOn(const FloatArray& values, std::size_t stride) const {
+        return isDistinct_ && isUpToDate(values, stride) && isCompleteOn(values, stride);
+    }
+
     /// Of a tuple of @p stride floats, for find().
     static std::uint32_t hashOf(const float* value, std::size_t stride);
 
