@@ -10,7 +10,7 @@ namespace vantorix::core::event {
 namespace {
 
 using Lock = boost::lock_guard<boost::mutex>;
-using ManagerLock = boost::lock_guard<SpinLock>;
+using ManagerLock = boost::lock_guard<utils::SpinLock>;
 
 }  // namespace
 

@@ -14,7 +14,7 @@
 
 #include "core/event/DeliveryGate.h"
 #include "core/event/GrowingTable.h"
-#include "core/event/SpinLock.h"
+#include "core/utils/SpinLock.h"
 
 namespace vantorix::core::event {
 
@@ -91,7 +91,7 @@ private:
     Handlers& findOrAdd(const EventType& type);
 
     boost::recursive_mutex registrationMutex_;  // Taken before the other ones.
-    mutable SpinLock managerLock_;
+    mutable utils::SpinLock managerLock_;
     boost::shared_ptr<EventManager> manager_;
     mutable boost::mutex mutex_;  // Of what follows.
     GrowingTable<Handlers> handlers_;

@@ -15,7 +15,7 @@
 namespace vantorix::core::event {
 namespace {
 
-using Lock = boost::lock_guard<SpinLock>;
+using Lock = boost::lock_guard<utils::SpinLock>;
 using Row = ListenerRegistry::Row;
 using RowPtr = ListenerRegistry::RowPtr;
 using RegistrationPtr = ListenerRegistry::RegistrationPtr;

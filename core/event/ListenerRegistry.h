@@ -15,7 +15,7 @@
 
 #include "core/event/DeliveryGate.h"
 #include "core/event/EventTypeHash.h"
-#include "core/event/SpinLock.h"
+#include "core/utils/SpinLock.h"
 
 namespace vantorix::core::event {
 
@@ -114,7 +114,7 @@ private:
     void end(const EventType& type, Registration& registration);
     static void closeUp(RowPtr& row);
 
-    mutable SpinLock lock_;
+    mutable utils::SpinLock lock_;
     Rows rows_;
     mutable Row* recentRow_ = nullptr;  // Of the last dispatch: mostly also that of the next.
     // By gate: it stays unique as long as it is referred to, a listener's address does not.

@@ -171,8 +171,8 @@ private:
     }
 
     boost::shared_ptr<Stream> stream_;
-    Stream corners_;  // The distinct values of corners, in the order in which they are met.
-    bool isDistinct_;              // Then these are not needed.
+    Stream corners_;   // The distinct values of corners, in the order in which they are met.
+    bool isDistinct_;  // Then these are not needed.
     std::size_t cornerCount_ = 0;  // Of the values that were met.
     Midpoint midpoint_;
     std::vector<std::vector<std::uint32_t>> numbers_;  // By input, then by tuple.

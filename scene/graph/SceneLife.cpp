@@ -3,12 +3,12 @@
 #include <boost/thread/lock_guard.hpp>
 #include <boost/thread/mutex.hpp>
 
-#include "core/event/SpinLock.h"
+#include "core/utils/SpinLock.h"
 #include "scene/graph/SceneManager.h"
 
 namespace vantorix::scene {
 
-using core::event::SpinLock;
+using core::utils::SpinLock;
 
 struct SceneLife::Place : SceneHandle::Place {
     SpinLock lock;  ///< Held while a handle is locked, and while the life ends.

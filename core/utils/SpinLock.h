@@ -3,7 +3,7 @@
 #include <atomic>
 #include <thread>
 
-namespace vantorix::core::event {
+namespace vantorix::core::utils {
 
 /// A lock for a few instructions, at half the cost of a mutex when nobody else wants it.
 class SpinLock {
@@ -17,4 +17,4 @@ private:
     std::atomic<bool> taken_{false};
 };
 
-}  // namespace vantorix::core::event
+}  // namespace vantorix::core::utils
