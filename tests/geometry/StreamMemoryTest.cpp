@@ -1,6 +1,5 @@
 // A stream into which no more values fit, for want of memory, still agrees with itself.
 
-#include <new>
 #include <numeric>
 
 #include <gtest/gtest.h>
@@ -20,12 +19,8 @@ Floats countingFrom(float first, std::size_t count) {
 /// @returns whether there were fewer than @p allocation allocations.
 bool insertUntil(long allocation, Stream& stream, const Floats& floats) {
     std::vector<int> indices(floats.size());
-    test::failAllocation(allocation);
-    try {
-        stream.insertValues(1, floats.data(), floats.size(), indices.data());
-    } catch (const std::bad_alloc&) {
-    }
-    return !test::endFailing();
+    return !test::failAt(
+        allocation, [&] { stream.insertValues(1, floats.data(), floats.size(), indices.data()); });
 }
 
 TEST(StreamMemory, WhatCameInBeforeItEndedIsCountedAndFound) {
