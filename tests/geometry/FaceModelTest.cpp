@@ -1,6 +1,5 @@
 // Adding random faces, against a model that follows the rules step by step.
 
-#include <cstring>
 #include <random>
 #include <set>
 

@@ -1,5 +1,4 @@
 #include "core_api/event/Event.h"
-#include "core_api/event/EventData.h"
 #include "core_api/event/EventManager.h"
 #include "core_api/event/EventType.h"
 #include "core_api/logger/Logger.h"

@@ -1,9 +1,10 @@
 #include <chrono>
-#include <limits>
+#include <numeric>
 
 #include "scene/geometry/Stream.h"
 #include "scene/geometry/VertexElement.h"
 #include "tests/geometry/GeometrySupport.h"
+#include "tests/reliability/FailingAllocation.h"
 
 namespace vantorix::scene {
 namespace {
@@ -37,18 +38,6 @@ TEST_F(DistinctStream, ANegativeStrideOnlyCounts) {
     EXPECT_EQ(stream.insertValue(-3, tuple.data()), -2);
     EXPECT_EQ(stream.count, 1);
     EXPECT_EQ(stream.values.size(), 6u);
-}
-
-TEST_F(DistinctStream, BytesDecideWhatIsEqual) {
-    const float nan = std::numeric_limits<float>::quiet_NaN();
-    for (const int filled : {0, 100}) {
-        fill(filled);
-        const int zero = insert({0, 0, 7});
-        EXPECT_NE(insert({-0.0f, 0, 7}), zero);
-        const int notANumber = insert({nan, 0, 7});
-        EXPECT_EQ(insert({nan, 0, 7}), notANumber);
-        EXPECT_NE(insert({-nan, 0, 7}), notANumber);
-    }
 }
 
 TEST_F(DistinctStream, TheSourceMayLieInTheStreamItself) {
@@ -100,6 +89,35 @@ TEST(Stream, ACopyHasEverythingAndACloneOnlyTheValues) {
     EXPECT_EQ(clone->values, stream.values);
     EXPECT_TRUE(clone->params.empty());
     EXPECT_TRUE(clone->stringValues.empty());
+}
+
+Floats countingFrom(float first, std::size_t count) {
+    Floats floats(count);
+    std::iota(floats.begin(), floats.end(), first);
+    return floats;
+}
+
+/// @returns whether there were fewer than @p allocation allocations.
+bool insertUntil(long allocation, Stream& stream, const Floats& floats) {
+    std::vector<int> indices(floats.size());
+    return !test::failAt(
+        allocation, [&] { stream.insertValues(1, floats.data(), floats.size(), indices.data()); });
+}
+
+TEST(StreamMemory, WhatCameInBeforeItEndedIsCountedAndFound) {
+    const auto few = countingFrom(1, 20);
+    const auto many = countingFrom(11, 2000);
+    bool isDone = false;
+    for (long allocation = 1; !isDone; ++allocation) {
+        SCOPED_TRACE(allocation);
+        Stream stream("stream", 1, false);
+        for (const float value : few) stream.insertValue(1, &value);
+        isDone = insertUntil(allocation, stream, many);
+        ASSERT_EQ(static_cast<std::size_t>(stream.count), stream.values.size());
+        EXPECT_TRUE(insertUntil(0, stream, many));
+        ASSERT_EQ(stream.count, 2010);
+        EXPECT_TRUE(haveSameBytes(stream.values, countingFrom(1, 2010)));
+    }
 }
 
 TEST(VertexElement, ReadsAsAHomogeneousPoint) {
