@@ -5,8 +5,8 @@
 
 #include <boost/make_shared.hpp>
 
-#include "scene/geometry/ConvexMesh.h"
 #include "scene/geometry/GeometryManager.h"
+#include "scene/geometry/Mesh.h"
 #include "scene/graph/LayerManager.h"
 #include "scene/graph/Node.h"
 #include "scene/graph/SceneManager.h"

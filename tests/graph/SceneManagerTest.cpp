@@ -1,8 +1,5 @@
-#include <sstream>
-
 #include <gtest/gtest.h>
 
-#include "core_api/logger/Logger.h"
 #include "core_api/system/MillisecClock.h"
 
 #include "scene/animation/CameraInstance.h"
