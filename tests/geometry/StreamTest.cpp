@@ -78,6 +78,7 @@ TEST(Stream, ACopyHasEverythingAndACloneOnlyTheValues) {
     for (const auto& same : {stream, assigned}) {
         EXPECT_EQ(same.name, "weights");
         EXPECT_EQ(same.stride, 2);
+        EXPECT_EQ(same.count, 1);
         EXPECT_EQ(same.params, stream.params);
         EXPECT_EQ(same.stringValues, stream.stringValues);
     }
