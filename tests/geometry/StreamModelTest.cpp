@@ -1,5 +1,6 @@
 // A stream under random edits through every way into its values, against a model that scans.
 
+#include <algorithm>
 #include <cstring>
 #include <random>
 
@@ -189,6 +190,10 @@ TEST(StreamModel, KeepsTheLowestIndexWhenTuplesComeAndGo) {
     model.stride = 2;
     for (int i = 0; i < 40000; ++i) {
         const Floats tuple = {static_cast<float>(random() % 40), static_cast<float>(random() % 8)};
+        if (random() % 50 == 0) {
+            std::reverse(model.values.begin(), model.values.end());
+            stream.values = model.values;
+        }
         if (random() % 3 == 0) {
             const std::size_t size = model.values.size() - random() % (model.values.size() + 1) / 4;
             model.values.resize(size);
