@@ -1,9 +1,7 @@
 #pragma once
 
 #include <cmath>
-#include <map>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include <Eigen/Geometry>
@@ -13,7 +11,6 @@
 #include "scene/animation/Sampler.h"
 #include "scene/geometry/Stream.h"
 #include "scene/graph/Node.h"
-#include "scene/graph/SceneManager.h"
 
 namespace vantorix::test {
 

@@ -1,4 +1,5 @@
 #include <limits>
+#include <map>
 #include <random>
 
 #include <boost/date_time/posix_time/posix_time_duration.hpp>
@@ -60,53 +61,49 @@ TEST(Animation, LooksUpItsOwnItemsByTheirIdentifiers) {
     EXPECT_EQ(copy.getStreams(), child->getStreams());
 }
 
-struct MadeChannel {
-    std::string name, target, childID, prefix, parameter;
-    bool isMatrix;
-};
+TEST(MadeChannel, FollowsThePattern) {
+    struct Case {
+        std::string target, childID, prefix, parameter;
+        bool isMatrix;
+    };
+    const std::vector<Case> cases = {{"other/t.X", "n-node-t", "n-node_t", "X", false},
+                                     {"n/t", "n-node-t", "n-node_t", "TRANSFORM", true},
+                                     {"n", "n-node-", "n-node_", "", false},
+                                     {"n.1/t", "n-node-t", "n-node_t", "1/t", false}};
+    for (const auto& made : cases) {
+        SCOPED_TRACE(made.target);
+        const auto animation = makeAnimation();
+        boost::shared_ptr<ITransformation> element = boost::make_shared<TransformationTranslate>();
+        if (made.isMatrix) element = boost::make_shared<TransformationMatrix>();
+        const auto sampler = animation->getChannel("n", made.target, element);
+        ASSERT_EQ(animation->getChildAnimations().size(), 1u);
+        const auto child = animation->getChildAnimations()[0];
+        EXPECT_EQ(sampler->getId(), "n-sampler");
+        EXPECT_EQ(child->getID(), made.childID);
+        EXPECT_EQ(child->getName(), "");
+        EXPECT_EQ(child->getChannelArray(),
+                  std::vector<Animation::Channel>({{sampler, made.target}}));
+        EXPECT_EQ(child->getSamplers()[0], sampler);
 
-struct MadeChannels : ::testing::TestWithParam<MadeChannel> {};
-
-TEST_P(MadeChannels, FollowThePattern) {
-    const auto& made = GetParam();
-    const auto animation = makeAnimation();
-    boost::shared_ptr<ITransformation> element = boost::make_shared<TransformationTranslate>();
-    if (made.isMatrix) element = boost::make_shared<TransformationMatrix>();
-    const auto sampler = animation->getChannel("n", made.target, element);
-    ASSERT_EQ(animation->getChildAnimations().size(), 1u);
-    const auto child = animation->getChildAnimations()[0];
-    EXPECT_EQ(sampler->getId(), "n-sampler");
-    EXPECT_EQ(child->getID(), made.childID);
-    EXPECT_EQ(child->getName(), "");
-    EXPECT_EQ(child->getChannelArray(), std::vector<Animation::Channel>({{sampler, made.target}}));
-    EXPECT_EQ(child->getSamplers()[0], sampler);
-
-    const auto streams = child->getStreams();
-    ASSERT_EQ(streams.size(), 3u);
-    const std::vector<std::pair<std::string, std::string>> parameters = {
-        {"TIME", "float"},
-        {made.parameter, made.isMatrix ? "float4x4" : "float"},
-        {"INTERPOLATION", "Name"}};
-    const Names suffixes = {"-input", "-output", "-interpolations"};
-    for (std::size_t i = 0; i < 3; ++i) {
-        EXPECT_EQ(streams[i]->name, made.prefix + suffixes[i]);
-        EXPECT_EQ(streams[i]->params.size(), 1u);
-        EXPECT_EQ(streams[i]->params[0], parameters[i]);
-        EXPECT_EQ(streams[i]->stride, made.isMatrix && i == 1 ? 16 : 1);
-        EXPECT_EQ(streams[i]->count, 0);
+        const auto streams = child->getStreams();
+        ASSERT_EQ(streams.size(), 3u);
+        const std::vector<std::pair<std::string, std::string>> parameters = {
+            {"TIME", "float"},
+            {made.parameter, made.isMatrix ? "float4x4" : "float"},
+            {"INTERPOLATION", "Name"}};
+        const Names suffixes = {"-input", "-output", "-interpolations"};
+        for (std::size_t i = 0; i < 3; ++i) {
+            EXPECT_EQ(streams[i]->name, made.prefix + suffixes[i]);
+            EXPECT_EQ(streams[i]->params.size(), 1u);
+            EXPECT_EQ(streams[i]->params[0], parameters[i]);
+            EXPECT_EQ(streams[i]->stride, made.isMatrix && i == 1 ? 16 : 1);
+            EXPECT_EQ(streams[i]->count, 0);
+        }
+        EXPECT_EQ(animation->getChannel("n", made.target, element), sampler);
+        EXPECT_NE(animation->getChannel("m", made.target, element), sampler);
+        EXPECT_EQ(animation->getChildAnimations().size(), 2u);
     }
-    EXPECT_EQ(animation->getChannel("n", made.target, element), sampler);
-    EXPECT_NE(animation->getChannel("m", made.target, element), sampler);
-    EXPECT_EQ(animation->getChildAnimations().size(), 2u);
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Targets, MadeChannels,
-    ::testing::Values(MadeChannel{"component", "other/t.X", "n-node-t", "n-node_t", "X", false},
-                      MadeChannel{"matrix", "n/t", "n-node-t", "n-node_t", "TRANSFORM", true},
-                      MadeChannel{"noSlash", "n", "n-node-", "n-node_", "", false},
-                      MadeChannel{"earlyDot", "n.1/t", "n-node-t", "n-node_t", "1/t", false}),
-    [](const auto& instance) { return instance.param.name; });
 
 TEST(MadeChannel, IsFoundAsTheChildrenAreNow) {
     const auto animation = makeAnimation();
@@ -125,102 +122,80 @@ TEST(MadeChannel, IsFoundAsTheChildrenAreNow) {
     EXPECT_EQ(animation->getChannel("", "", nullptr), keys.sampler);
 }
 
-struct LastKey {
-    std::string name;
-    Floats times;
-    int count;
-    std::size_t parameters;
-    long microseconds;
-};
-
-struct Durations : ::testing::TestWithParam<LastKey> {};
-
-TEST_P(Durations, AreTruncatedToWholeMilliseconds) {
-    const auto& last = GetParam();
-    const Keys keys(last.times, 1, {});
-    keys.input->count = last.count;
-    keys.input->params.assign(last.parameters, {"ANY", "float"});
-    const auto animation = makeAnimation();
-    animation->addChannel(nullptr, "");
-    animation->addChannel(boost::make_shared<Sampler>("empty"), "");
-    const auto child = makeAnimation();
-    child->addChannel(keys.sampler, "");
-    animation->addAnimation(child);
-    EXPECT_EQ(animation->getDuration(), microseconds(last.microseconds));
+TEST(Durations, AreTruncatedToWholeMilliseconds) {
+    struct Case {
+        const char* name;
+        Floats times;
+        int count;
+        std::size_t parameters;
+        long microseconds;
+    };
+    const std::vector<Case> cases = {{"truncated", {0, 2.0009f}, 2, 1, 2000000},
+                                     {"count below values", {1, 2, 3}, 2, 1, 2000000},
+                                     {"count above values", {1, 2, 3}, 4, 1, 0},
+                                     {"negative count", {1}, -1, 1, 0},
+                                     {"no count", {1}, 0, 1, 0},
+                                     {"negative time", {-1}, 1, 1, 0},
+                                     {"not a number", {notANumber}, 1, 1, 0},
+                                     {"infinite", {infinite}, 1, 1, 1000000000000000000},
+                                     {"no parameter", {1}, 1, 0, 0},
+                                     {"two parameters", {1}, 1, 2, 0}};
+    for (const auto& last : cases) {
+        const Keys keys(last.times, 1, {});
+        keys.input->count = last.count;
+        keys.input->params.assign(last.parameters, {"ANY", "float"});
+        const auto animation = makeAnimation(), child = makeAnimation();
+        animation->addChannel(nullptr, "");
+        animation->addChannel(boost::make_shared<Sampler>("empty"), "");
+        child->addChannel(keys.sampler, "");
+        animation->addAnimation(child);
+        EXPECT_EQ(animation->getDuration(), microseconds(last.microseconds)) << last.name;
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    LastKeys, Durations,
-    ::testing::Values(LastKey{"truncated", {0, 2.0009f}, 2, 1, 2000000},
-                      LastKey{"countBelowValues", {1, 2, 3}, 2, 1, 2000000},
-                      LastKey{"countAboveValues", {1, 2, 3}, 4, 1, 0},
-                      LastKey{"negativeCount", {1}, -1, 1, 0}, LastKey{"noCount", {1}, 0, 1, 0},
-                      LastKey{"negativeTime", {-1}, 1, 1, 0},
-                      LastKey{"notANumber", {notANumber}, 1, 1, 0},
-                      LastKey{"infinite", {infinite}, 1, 1, 1000000000000000000},
-                      LastKey{"noParameter", {1}, 1, 0, 0}, LastKey{"twoParameters", {1}, 1, 2, 0}),
-    [](const auto& instance) { return instance.param.name; });
 
 /// Elements of the target node by their initials: Rotate, Translate, Scale, Matrix.
-struct Drivable {
-    std::string elements;
-    bool isValid;
-};
-
-struct Validity : ::testing::TestWithParam<Drivable> {};
-
-TEST_P(Validity, AsksTheElementsOfTheTarget) {
+TEST(Validity, AsksTheElementsOfTheTarget) {
+    const std::map<std::string, bool> validities = {
+        {"", true},   {"R", true},  {"RR", false},  {"T", false},
+        {"S", false}, {"TM", true}, {"RRMT", true},
+    };
     const test::RecordedScene scene;
-    const auto node = scene.makeNode("node");
-    for (const char initial : GetParam().elements) {
-        if (initial == 'R') test::addElement<TransformationRotate>(*node, "");
-        if (initial == 'T') test::addElement<TransformationTranslate>(*node, "");
-        if (initial == 'S') test::addElement<TransformationScale>(*node, "");
-        if (initial == 'M') test::addElement<TransformationMatrix>(*node, "");
+    for (const auto& [elements, isValid] : validities) {
+        const auto node = scene.makeNode("node");
+        for (const char initial : elements) {
+            if (initial == 'R') test::addElement<TransformationRotate>(*node, "");
+            if (initial == 'T') test::addElement<TransformationTranslate>(*node, "");
+            if (initial == 'S') test::addElement<TransformationScale>(*node, "");
+            if (initial == 'M') test::addElement<TransformationMatrix>(*node, "");
+        }
+        Animation animation("", "");
+        animation.setTargetNode(node);
+        EXPECT_EQ(animation.isValid(), isValid) << elements;
     }
-    Animation animation("", "");
-    animation.setTargetNode(node);
-    EXPECT_EQ(animation.isValid(), GetParam().isValid);
 }
 
-INSTANTIATE_TEST_SUITE_P(Elements, Validity,
-                         ::testing::Values(Drivable{"", true}, Drivable{"R", true},
-                                           Drivable{"RR", false}, Drivable{"T", false},
-                                           Drivable{"S", false}, Drivable{"TM", true},
-                                           Drivable{"RRMT", true}));
-
-TEST(Validity, IsThatOfTheLastChild) {
+TEST(Validity, IsThatOfTheLastChildAndThenThatOfTheTarget) {
     const test::RecordedScene scene;
-    const auto node = scene.makeNode("node");
-    test::addElement<TransformationScale>(*node, "");
-    const auto invalid = makeAnimation();
-    invalid->setTargetNode(node);
-    const auto animation = makeAnimation();
+    const auto bare = scene.makeNode("bare"), scaled = scene.makeNode("scaled");
+    const auto placed = scene.makeNode("placed");
+    test::addElement<TransformationScale>(*scaled, "");
+    test::addElement<TransformationMatrix>(*placed, "");
+    const auto animation = makeAnimation(), invalid = makeAnimation();
     animation->addAnimation(invalid);
-    EXPECT_FALSE(animation->isValid());
+    const auto isValid = [&](const boost::shared_ptr<Node>& target,
+                             const boost::shared_ptr<Node>& childTarget) {
+        animation->setTargetNode(target);
+        invalid->setTargetNode(childTarget);
+        return animation->isValid();
+    };
+    EXPECT_FALSE(isValid(scaled, placed)) << "a scale alone cannot be driven";
+    EXPECT_TRUE(isValid(placed, scaled)) << "a matrix can";
+    EXPECT_FALSE(isValid(bare, scaled));
     animation->addAnimation(makeAnimation());
     EXPECT_TRUE(animation->isValid());
     invalid->addAnimation(animation);  // A circle.
     EXPECT_TRUE(animation->isValid());
     *invalid = Animation("", "");
-}
-
-TEST(Validity, OfChildrenComesBeforeTheElementsOfTheTarget) {
-    const test::RecordedScene scene;
-    const auto scaled = scene.makeNode("scaled"), placed = scene.makeNode("placed");
-    test::addElement<TransformationScale>(*scaled, "");
-    test::addElement<TransformationMatrix>(*placed, "");
-    const auto isValid = [](const boost::shared_ptr<Node>& target,
-                            const boost::shared_ptr<Node>& childTarget) {
-        const auto animation = makeAnimation(), child = makeAnimation();
-        animation->setTargetNode(target);
-        child->setTargetNode(childTarget);
-        animation->addAnimation(child);
-        return animation->isValid();
-    };
-    EXPECT_FALSE(isValid(scene.makeNode("bare"), scaled));
-    EXPECT_TRUE(isValid(placed, scaled)) << "a matrix can be driven";
-    EXPECT_FALSE(isValid(scaled, placed)) << "a scale alone cannot";
 }
 
 TEST(NestedAnimations, LastAsLongAsTheLongestChannel) {
@@ -314,19 +289,6 @@ TEST(KeyEditing, RecordsMatrixElementsAndMakesOneWhereThereIsNone) {
     Names children;
     for (const auto& child : animation->getChildAnimations()) children.push_back(child->getID());
     EXPECT_EQ(children, Names({"bare-node-transform", "mixed-node-a", "mixed-node-b"}));
-}
-
-TEST(KeyEditing, RemovesTheLastOfTheKeysThatAreCloseEnough) {
-    const Keys keys({1, 1.004f, 2}, 1, {10, 11, 12});
-    const auto animation = makeAnimation();
-    animation->addChannel(keys.sampler, "");
-    animation->removeKeyFrame(1);
-    animation->removeKeyFrame(3);
-    EXPECT_TRUE(keys.input->values == Floats({1, 2}));
-    EXPECT_TRUE(keys.output->values == Floats({10, 12}));
-    animation->removeKeyFrame(2.0060f);
-    animation->removeKeyFrame(notANumber);
-    EXPECT_EQ(keys.input->count, 2);
 }
 
 TEST(KeyEditing, PutsFlatTangentsBehindTheFirstKey) {

@@ -8,14 +8,10 @@ namespace {
 
 using test::Names;
 
-struct LightUpdates : ::testing::Test {
-    test::RecordedScene scene;
+TEST(Light, UpdatesAreSentForTheParametersButNotForTheType) {
+    const test::RecordedScene scene;
     Light light{scene.manager, Light::SPOT, "lamp", "name"};
-
-    LightUpdates() { scene.forgetEvents(); }
-};
-
-TEST_F(LightUpdates, AreSentForTheParametersButNotForTheType) {
+    scene.forgetEvents();
     light.setColor(0.1f, 0.2f, 0.3f);
     light.setAttenuation(1.0f, 2.0f, 3.0f);
     light.setFallOff(45.0f, 2.0f);
@@ -27,14 +23,6 @@ TEST_F(LightUpdates, AreSentForTheParametersButNotForTheType) {
     EXPECT_EQ(light.getQuadraticAttenuation(), 3.0f);
     EXPECT_EQ(light.getFallOffAngle(), 45.0f);
     EXPECT_EQ(light.getFallOffExponent(), 2.0f);
-}
-
-TEST_F(LightUpdates, AreDroppedOnceTheSceneIsGone) {
-    scene.manager->stop();
-    scene.manager.reset();
-    light.setColor(Eigen::Vector3f::Zero());
-    EXPECT_EQ(scene.eventLines(), Names());
-    EXPECT_EQ(light.getColor(), Eigen::Vector3f::Zero());
 }
 
 TEST(Light, StartsWhiteWithoutAttenuationAndFallOff) {

@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <limits>
 #include <random>
-#include <sstream>
 
 #include <boost/date_time/posix_time/posix_time_duration.hpp>
 #include <gtest/gtest.h>
@@ -146,27 +145,20 @@ private:
 
     void addElementTo(Node& node) {
         const auto sid = randomSid();
-        switch (dice_.below(dice_.oneIn(4) ? 6 : 4)) {
-            case 0:
-                test::addElement<TransformationTranslate>(node, sid, dice_.components(-3, 3));
-                break;
-            case 1:
-                test::addElement<TransformationRotate>(node, sid, dice_.components(0.1f, 1),
-                                                       dice_.within(-90, 90));
-                break;
-            case 2:
-                test::addElement<TransformationScale>(node, sid, dice_.components(0.5f, 2));
-                break;
-            case 3:
-                test::addElement<TransformationMatrix>(node, sid, dice_.matrix().data());
-                break;
-            case 4:
-                foreignSids_.push_back(test::addElement<ForeignElement>(node, sid)->sid);
-                break;
-            default:
-                test::addElement<TransformationLookAt>(node, sid, dice_.components(0, 1),
-                                                       dice_.components(0, 1),
-                                                       dice_.components(0, 1));
+        const int kind = dice_.below(dice_.oneIn(4) ? 6 : 4);
+        if (kind == 0) {
+            test::addElement<TransformationTranslate>(node, sid, dice_.components(-3, 3));
+        }
+        if (kind == 1) {
+            test::addElement<TransformationRotate>(node, sid, dice_.components(0.1f, 1),
+                                                   dice_.within(-90, 90));
+        }
+        if (kind == 2) test::addElement<TransformationScale>(node, sid, dice_.components(0.5f, 2));
+        if (kind == 3) test::addElement<TransformationMatrix>(node, sid, dice_.matrix().data());
+        if (kind == 4) foreignSids_.push_back(test::addElement<ForeignElement>(node, sid)->sid);
+        if (kind == 5) {
+            const auto vector = dice_.components(0, 1);
+            test::addElement<TransformationLookAt>(node, sid, vector, vector, vector);
         }
     }
 
@@ -205,6 +197,7 @@ private:
         }
         Keys keys(times, stride, values);
         if (dice_.oneIn(3)) keys.names->stringValues[0] = "StEp";
+        if (dice_.oneIn(12)) keys.input->params.resize(2, keys.input->params[0]);
         return keys;
     }
 
@@ -229,40 +222,22 @@ private:
         if (input.values.empty()) return;
         const auto key =
             static_cast<std::size_t>(dice_.below(static_cast<int>(input.values.size())));
-        switch (dice_.below(6)) {
-            case 0:
-                input.values[key] = std::numeric_limits<float>::quiet_NaN();
-                break;
-            case 1:
-                input.values.resize(key);
-                break;
-            case 2:
-                input.values.push_back(dice_.within(0, 1));
-                break;
-            case 3:
-                input.params[0].first = input.params[0].first == "TIME" ? "OTHER" : "TIME";
-                break;
-            default:
-                input.values[key] = dice_.within(0, 1);
-        }
+        const int kind = dice_.below(6);
+        if (kind == 0) input.values[key] = std::numeric_limits<float>::quiet_NaN();
+        if (kind == 1) input.values.resize(key);
+        if (kind == 2) input.values.push_back(dice_.within(0, 1));
+        if (kind == 3) input.params[0].first = input.params[0].first == "TIME" ? "OTHER" : "TIME";
+        if (kind > 3) input.values[key] = dice_.within(0, 1);
     }
 
     void editValues() {
         auto& output = *dice_.pick(keys_).output;
-        switch (dice_.below(4)) {
-            case 0:
-                output.stride = dice_.pick<int>({-1, 0, 1, 3, 4});
-                break;
-            case 1:
-                output.values.resize(output.values.size() / 2);
-                break;
-            case 2:
-                output.count = -1;
-                break;
-            default:
-                for (int i = 0; i < 200 && output.stride < 16; ++i) {
-                    output.values.push_back(dice_.within(0.3f, 3));
-                }
+        const int kind = dice_.below(4);
+        if (kind == 0) output.stride = dice_.pick<int>({-1, 0, 1, 3, 4});
+        if (kind == 1) output.values.resize(output.values.size() / 2);
+        if (kind == 2) output.count = -1;
+        for (int i = 0; i < 200 && kind == 3 && output.stride < 16; ++i) {
+            output.values.push_back(dice_.within(0.3f, 3));
         }
     }
 

@@ -79,7 +79,7 @@ TEST_F(DumpCommand, ReadsBackAsTheSceneItWasMadeFrom) {
 }
 
 TEST_F(DumpCommand, ShowsElementsAndSurvivesOddScenes) {
-    const cli::LoadedModel model(folder.getPath() + "/square.obj");
+    const cli::LoadedModel model(folder.path("square.obj"));
     auto& scene = model.getScene();
     const auto node = scene.getRoot();
     using Vector3 = core::utils::Vector<float, 3>;

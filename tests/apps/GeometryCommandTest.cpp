@@ -94,7 +94,7 @@ TEST_F(SubdivideCommand, ThePictureShowsBothWithTheirEdges) {
     const auto drawn = run("subdivide square.obj --times 3 --render a.png --size 200x100");
     ASSERT_EQ(drawn.exitCode, 0) << drawn.err;
     EXPECT_EQ(drawn.err, "");
-    const auto picture = render::readPng(folder.getPath() + "/a.png");
+    const auto picture = render::readPng(folder.path("a.png"));
     ASSERT_EQ(picture.width, 200);
     const auto countDark = [&picture](int first, int last) {
         int dark = 0;

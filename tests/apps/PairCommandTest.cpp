@@ -41,27 +41,6 @@ using MergeCommand = TwoModels;
 using MorphCommand = TwoModels;
 using DiffCommand = TwoModels;
 
-TEST_F(TwoModels, WrongUseAndFilesThatCannotBeReadAreOneLine) {
-    const std::string both = " square.obj tall.obj ";
-    for (const auto& arguments :
-         {std::string("merge square.obj"), "merge" + both + "--options 64",
-          "merge" + both + "--options 0xg", "merge" + both + "--into nowhere",
-          "merge" + both + "--size 2x2", "merge" + both + "--render a.png --size 0x1",
-          "morph" + both, "morph" + both + "--ratio 1.5", "morph" + both + "--ratio nan",
-          std::string("diff square.obj")}) {
-        const auto wrong = run(arguments);
-        EXPECT_EQ(wrong.exitCode, 2) << arguments;
-        EXPECT_TRUE(isOneLineWith(wrong.err, "vantorix: ")) << arguments << wrong.err;
-        EXPECT_EQ(wrong.out, "");
-    }
-    for (const std::string command : {"merge", "morph --ratio 1", "diff"}) {
-        const auto refused = run(command + " square.obj missing.obj");
-        EXPECT_EQ(refused.exitCode, 3) << command;
-        EXPECT_TRUE(isOneLineWith(refused.err, "vantorix: missing.obj: ")) << refused.err;
-        EXPECT_NE(run(command + " --help").out.find("Examples:\n  vantorix "), std::string::npos);
-    }
-}
-
 TEST_F(MergeCommand, TellsWhatBecameOfEverything) {
     const json merged = answer("merge square.obj two.obj");
     EXPECT_EQ(fateOf(merged["geometries"], "Other"), json({{"id", "Other"}, {"fate", "added"}}));
@@ -102,7 +81,7 @@ TEST_F(MergeCommand, DrawsBothModels) {
     EXPECT_TRUE(isPlain(merged.out)) << merged.out;
     EXPECT_NE(merged.out.find("paint -> paint__renamed_OID"), std::string::npos);
     EXPECT_NE(merged.out.find("Far  geometry  new"), std::string::npos);
-    const auto picture = render::readPng(folder.getPath() + "/a.png");
+    const auto picture = render::readPng(folder.path("a.png"));
     EXPECT_GT(picture.pixel(30, 20)[0], picture.pixel(30, 20)[2] + 50) << "red on the left";
     EXPECT_GT(picture.pixel(70, 20)[2], picture.pixel(70, 20)[0] + 50) << "blue on the right";
 }

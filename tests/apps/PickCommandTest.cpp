@@ -63,24 +63,13 @@ TEST_F(PickCommand, APixelMeetsWhatThePictureShows) {
                                      .out)["hits"];
     ASSERT_EQ(hit.size(), 1u);
     EXPECT_GT(hit[0]["path"].size(), 1u);
-    const auto picture = render::readPng(folder.getPath() + "/p.png");
+    const auto picture = render::readPng(folder.path("p.png"));
     const auto* const middle = picture.pixel(200, 299 - 150);
     EXPECT_GT(middle[0], 200);
     EXPECT_LT(middle[1], 60);
 
     const auto corner = run(std::string("pick --pixel 0,0 --size 400x300 ") + quotedFigure);
     EXPECT_EQ(corner.exitCode, 1) << corner.out;
-}
-
-TEST_F(PickCommand, WrongUseIsRefused) {
-    for (const char* const wrong :
-         {"square.obj", "square.obj --ray 1,2,3", "square.obj --pixel 1,2 --ray 1,2,3,4,5,6",
-          "square.obj --pixel 800,1"}) {
-        const auto refused = run(std::string("pick ") + wrong);
-        EXPECT_EQ(refused.exitCode, 2) << wrong;
-        EXPECT_EQ(refused.out, "");
-        EXPECT_TRUE(isOneLineWith(refused.err, "")) << refused.err;
-    }
 }
 
 }  // namespace

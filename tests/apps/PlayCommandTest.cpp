@@ -21,7 +21,7 @@ struct Walk : Program {
     Walk() { folder.write("walk.bvh", walkBvh); }
 
     render::Picture picture(const std::string& name) const {
-        return render::readPng(folder.getPath() + "/" + name);
+        return render::readPng(folder.path(name));
     }
 };
 using KeysCommand = Walk;

@@ -1,5 +1,4 @@
 #include <cmath>
-#include <numeric>
 #include <random>
 
 #include <Eigen/Geometry>

@@ -1,7 +1,8 @@
 #pragma once
 
 #include <string>
-#include <vector>
+
+#include "tests/support/TemporaryFolder.h"
 
 namespace vantorix::apps {
 
@@ -12,25 +13,7 @@ struct ProcessRun {
     std::string err;
 };
 
-/// An empty folder that goes with this object.
-class TemporaryFolder {
-public:
-    TemporaryFolder();
-    ~TemporaryFolder();
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-    const std::string& getPath() const { return path_; }
-    void write(const std::string& name, const std::string& content) const;
-    bool has(const std::string& name) const;
-    /// Names of all files, in order.
-    std::vector<std::string> list() const;
-
-private:
-    std::string path_;
-};
-
 /// Runs @p shellCommand in @p folder. Standard input is empty.
-ProcessRun runShell(const std::string& shellCommand, const TemporaryFolder& folder);
+ProcessRun runShell(const std::string& shellCommand, const test::TemporaryFolder& folder);
 
 }  // namespace vantorix::apps

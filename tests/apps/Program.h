@@ -32,7 +32,7 @@ struct Program : ::testing::Test {
             folder);
     }
 
-    TemporaryFolder folder;
+    test::TemporaryFolder folder;
 };
 
 inline bool isOneLineWith(const std::string& text, const std::string& part) {

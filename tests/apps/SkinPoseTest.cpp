@@ -1,5 +1,4 @@
 #include <cmath>
-#include <random>
 
 #include <Eigen/Geometry>
 #include <gtest/gtest.h>

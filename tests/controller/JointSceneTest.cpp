@@ -15,13 +15,7 @@
 namespace vantorix::test {
 namespace {
 
-using scene::Controller;
-using scene::ConvexMesh;
-using scene::Mesh;
-using scene::Node;
-using scene::SceneManager;
-using scene::Skin;
-using scene::Stream;
+using namespace scene;
 using Nodes = std::vector<boost::shared_ptr<Node>>;
 using Floats = std::vector<float>;
 using RowByRow = Eigen::Matrix<float, 4, 4, Eigen::RowMajor>;
@@ -55,7 +49,7 @@ boost::shared_ptr<Stream> makePositions(const Floats& values) {
 boost::shared_ptr<Mesh> addPositions(SceneManager& scene, const std::string& id,
                                      const Floats& values) {
     const auto mesh = boost::make_shared<Mesh>(id, "");
-    mesh->setVertices({{scene::POSITION, makePositions(values), 0}});
+    mesh->setVertices({{POSITION, makePositions(values), 0}});
     scene.getGeometryManager()->addGeometry(mesh);
     return mesh;
 }
@@ -257,10 +251,10 @@ TEST_F(JointChecks, RefuseAJointsSceneThatIsNoListOfTheJoints) {
     expectRefusal(number);
     mesh->getVertices()[0].stream->count = -1;
     expectRefusal(number);
-    mesh->setVertices({{scene::POSITION, nullptr, 0}});
+    mesh->setVertices({{POSITION, nullptr, 0}});
     expectRefusal(number);
     const auto good = makePositions({1, 2, 3, 4, 5, 6});
-    mesh->setVertices({{scene::POSITION, good, 0}, {scene::POSITION, good, 0}});
+    mesh->setVertices({{POSITION, good, 0}, {POSITION, good, 0}});
     expectRefusal("Invalid joints scene. Found more than one vertices stream mapping.");
     addPositions(*given.manager, "more", {1, 2, 3});
     expectRefusal("Invalid joints scene. Found more than one geometry.");

@@ -1,14 +1,15 @@
-#include <algorithm>
-#include <cmath>
 #include <limits>
-#include <map>
 #include <random>
 
 #include <boost/make_shared.hpp>
 #include <gtest/gtest.h>
 
+#include "scene/controller/Controller.h"
+#include "scene/controller/Morph.h"
 #include "scene/controller/Skin.h"
+#include "scene/geometry/Mesh.h"
 #include "scene/geometry/Stream.h"
+#include "tests/reliability/FailingAllocation.h"
 
 namespace vantorix::scene {
 namespace {
@@ -41,14 +42,6 @@ struct Influences : ::testing::Test {
         EXPECT_EQ(weights, expectedWeights);
     }
 };
-
-TEST_F(Influences, AreAppendedForOneVertex) {
-    fill({0.25f, 0.75f}, {1, 2, 0, 1}, {7, 0, 8, 1, 9, 0, 3, 1});
-    skin.getVertexJointsAndWeights(3, joints, weights);
-    skin.getVertexJointsAndWeights(2, joints, weights);
-    skin.getVertexJointsAndWeights(1, joints, weights);
-    expect({3, 8, 9}, {0.75f, 0.75f, 0.25f});
-}
 
 TEST_F(Influences, FollowReplacedLists) {
     fill({0.5f, 1.0f}, {1, 1}, {1, 0, 2, 1});
@@ -192,6 +185,36 @@ TEST(SkinInputs, AWeightStreamIsReplacedWhereItStands) {
     skin.replaceVertexWeightsStream("WEIGHT", weights);
     EXPECT_EQ(skin.getVertexWeightsInput("WEIGHT"), better);
     EXPECT_FALSE(skin.getStreams()[1]);
+}
+
+TEST(SkinMemory, CountsThatCannotBeSetLeaveTheOldOnes) {
+    Skin skin(nullptr);
+    skin.setVCount({1, 1});
+    skin.setV({7, 0, 8, 0});
+    Counts counts(5000, 2);
+    EXPECT_TRUE(test::failAt(1, [&] { skin.setVCount(std::move(counts)); }));
+
+    EXPECT_EQ(skin.getVCount(), Counts({1, 1}));
+    Joints joints;
+    Weights weights;
+    for (unsigned int vertex = 0; vertex < 5000; ++vertex) {
+        skin.getVertexJointsAndWeights(vertex, joints, weights);
+    }
+    EXPECT_EQ(joints, Joints({7, 8}));
+}
+
+TEST(Controller, TakesTheSourceOfTheSkinBeforeThatOfTheMorph) {
+    const auto skinned = boost::make_shared<Mesh>("skinned", "");
+    const auto morphed = boost::make_shared<Mesh>("morphed", "");
+    Controller controller("id", "name");
+    EXPECT_FALSE(controller.getSourceGeometry());
+    controller.setMorph(boost::make_shared<Morph>(morphed));
+    EXPECT_EQ(controller.getSourceGeometry(), morphed);
+    controller.setSkin(boost::make_shared<Skin>(skinned));
+    EXPECT_EQ(controller.getSourceGeometry(), skinned);
+    EXPECT_TRUE(controller.getMorph());
+    controller.setSkin(nullptr);
+    EXPECT_EQ(controller.getSourceGeometry(), morphed);
 }
 
 }  // namespace

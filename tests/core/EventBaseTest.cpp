@@ -115,24 +115,6 @@ TEST_F(EventBaseTest, AnOverriddenHandleEventSeesEveryTypeThatIsListenedTo) {
     EXPECT_EQ(notes, Texts({"h1"}));
 }
 
-TEST_F(EventBaseTest, AListenerMayDestroyItselfInAnOverriddenHandleEvent) {
-    struct SelfDestroying : EventListener {
-        void handleEvent(Event event) override {
-            if (event.getEventData().toString() == "nested") {
-                delete this;
-            } else {
-                manager->triggerEvent("T", "nested");
-            }
-        }
-        EventManager* manager = nullptr;
-    };
-    auto* const listener = new SelfDestroying;
-    listener->manager = manager.get();
-    manager->registerListener(type, listener);
-    manager->triggerEvent("T", "outer");
-    EXPECT_EQ(manager->getListenerCount(type), 0u);
-}
-
 TEST_F(EventBaseTest, AHandlerOfAnOwnerKeepsItForTheCallAndFallsSilentAfterIt) {
     auto owner = boost::make_shared<std::string>("owner");
     const auto* const text = owner.get();

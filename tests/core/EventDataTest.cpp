@@ -60,14 +60,4 @@ TEST(EventDataTest, AnIdWithCommasIsSplitLikeAnyText) {
     EXPECT_EQ(data.getArg(3), Matrix(false).toEventDataString());
 }
 
-TEST(EventTest, HandsOutWhatItWasMadeOf) {
-    const std::string sender(40, 's');
-    const Event event(EventType("Name"), EventData("1,2"), sender);
-    const Event copy(event);
-    EXPECT_EQ(copy.getEventType().getName(), "Name");
-    EXPECT_EQ(copy.getEventData().getArg(2), "2");
-    EXPECT_EQ(copy.getSender(), sender);
-    EXPECT_EQ(Event(EventType("Name"), EventData(""), "").getSender(), "");
-}
-
 }  // namespace

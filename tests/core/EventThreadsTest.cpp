@@ -39,6 +39,17 @@ struct Counter : EventListener {
 };
 
 struct EventThreads : ::testing::Test {
+    /// One thread sends without a pause while another does @p work, again and again.
+    template <class Work>
+    void sendDuring(const Work& work) {
+        std::atomic<bool> done{false};
+        runTogether(2, [&](int thread) {
+            while (thread == 0 && !done) manager->triggerEvent("T", "");
+            for (int i = 0; thread == 1 && i < rounds; ++i) work();
+            done = true;
+        });
+    }
+
     boost::shared_ptr<EventManager> manager = boost::make_shared<EventManager>();
     const EventType type = EventType("T");
 };
@@ -66,17 +77,9 @@ TEST_F(EventThreads, StandingListenersHearEveryEventWhileOthersComeAndGo) {
 
 TEST_F(EventThreads, APlainEventBaseMayBeDestroyedWhileItHears) {
     const auto hits = boost::make_shared<std::atomic<int>>(0);
-    std::atomic<bool> done{false};
-    runTogether(2, [&](int thread) {
-        if (thread == 0) {
-            while (!done) manager->triggerEvent("T", "");
-            return;
-        }
-        for (int i = 0; i < rounds; ++i) {
-            EventBase brief(manager);
-            brief.registerHandler(type, [hits](Event) { ++*hits; });
-        }
-        done = true;
+    sendDuring([&] {
+        EventBase brief(manager);
+        brief.registerHandler(type, [hits](Event) { ++*hits; });
     });
     EXPECT_EQ(manager->getListenerCount(type), 0u);
     EXPECT_FALSE(manager->isHeard(type));
@@ -100,15 +103,7 @@ struct Owned : EventBase, boost::enable_shared_from_this<Owned> {
 };
 
 TEST_F(EventThreads, AnOwnedObjectMayLoseItsLastReferenceWhileItHears) {
-    std::atomic<bool> done{false};
-    runTogether(2, [&](int thread) {
-        if (thread == 0) {
-            while (!done) manager->triggerEvent("T", "");
-            return;
-        }
-        for (int i = 0; i < rounds; ++i) Owned::make(manager).reset();
-        done = true;
-    });
+    sendDuring([&] { Owned::make(manager).reset(); });
     EXPECT_EQ(manager->getListenerCount(type), 0u);
 }
 
@@ -123,17 +118,9 @@ TEST_F(EventThreads, NoDeliveryStartsOnceADestructorReturned) {
         std::atomic<int>& alive_;
     };
     std::atomic<int> alive{0};
-    std::atomic<bool> done{false};
-    runTogether(2, [&](int thread) {
-        if (thread == 0) {
-            while (!done) manager->triggerEvent("T", "");
-            return;
-        }
-        for (int i = 0; i < rounds; ++i) {
-            Watched watched(alive);
-            manager->registerListener(type, &watched);
-        }
-        done = true;
+    sendDuring([&] {
+        Watched watched(alive);
+        manager->registerListener(type, &watched);
     });
 }
 

@@ -1,7 +1,5 @@
-#include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <random>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -13,11 +11,12 @@
 
 #include "core_api/core_api.h"
 
+#include "tests/support/TemporaryFolder.h"
+
 namespace {
 
 using namespace vantorix::core::logger;
 using Calls = std::vector<std::string>;
-namespace fs = std::filesystem;
 
 struct RecordingWriter : IWriter {
     void write(std::string line) override { calls.push_back(line); }
@@ -52,23 +51,10 @@ struct Formatted {
 };
 
 struct LoggerTest : ::testing::Test {
-    LoggerTest()
-        : folder(fs::temp_directory_path() /
-                 ("vantorix-" + std::to_string(std::random_device()()))) {
-        fs::create_directory(folder);
-        logger.addWriter(writer);
-    }
-    ~LoggerTest() override {
-        Logger::active = true;
-        fs::remove_all(folder);
-    }
+    LoggerTest() { logger.addWriter(writer); }
+    ~LoggerTest() override { Logger::active = true; }
 
-    static std::string contentOf(const fs::path& file) {
-        std::ifstream in(file.string());
-        return std::string(std::istreambuf_iterator<char>(in), {});
-    }
-
-    const fs::path folder;
+    const vantorix::test::TemporaryFolder folder;
     Logger logger;
     boost::shared_ptr<RecordingWriter> writer = boost::make_shared<RecordingWriter>();
 };
@@ -112,13 +98,13 @@ TEST_F(LoggerTest, WhatAWriterLogsIntoItsOwnLoggerIsDropped) {
 }
 
 TEST_F(LoggerTest, LinesOfSeveralLoggersReachASharedFileWhole) {
-    const auto file = folder / "shared.log";
+    const auto file = folder.path("shared.log");
     constexpr int lines = 500;
     boost::thread_group threads;
     for (const char letter : {'a', 'b', 'c', 'd'}) {
         threads.create_thread([&file, letter] {
             Logger own;
-            const auto shared = FileWriterFactory::getInstance()->getFileWriter(file.string());
+            const auto shared = FileWriterFactory::getInstance()->getFileWriter(file);
             own.addWriter(shared);
             for (int i = 0; i < lines; ++i) {
                 shared->setDecorator(boost::make_shared<Brackets>());
@@ -128,7 +114,7 @@ TEST_F(LoggerTest, LinesOfSeveralLoggersReachASharedFileWhole) {
     }
     threads.join_all();
 
-    std::ifstream in(file.string());
+    std::ifstream in(file);
     int count = 0;
     for (std::string line; std::getline(in, line); ++count) {
         ASSERT_EQ(line, "<" + std::string(50, line[1]) + ">");
@@ -137,21 +123,20 @@ TEST_F(LoggerTest, LinesOfSeveralLoggersReachASharedFileWhole) {
 }
 
 TEST_F(LoggerTest, AFileIsMadeByItsFirstLineAndAppendedTo) {
-    const auto file = folder / "lazy.log";
-    std::ofstream(file.string()) << "before\n";
-    const auto other = folder / "silent.log";
-    FileWriter lazy(file.string());
-    FileWriter silent(other.string());
+    const auto file = folder.write("lazy.log", "before\n");
+    FileWriter lazy(file);
+    FileWriter silent(folder.path("silent.log"));
     lazy.write("after");
-    EXPECT_EQ(contentOf(file), "before\nafter\n");
-    EXPECT_FALSE(fs::exists(other));
+    std::ifstream in(file);
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(in), {}), "before\nafter\n");
+    EXPECT_FALSE(folder.has("silent.log"));
 }
 
 TEST_F(LoggerTest, AFolderThatIsMissingOnlyLosesTheLines) {
-    FileWriter lost((folder / "missing" / "x.log").string());
+    FileWriter lost(folder.path("missing/x.log"));
     EXPECT_NO_THROW(lost.write("text"));
     EXPECT_NO_THROW(lost.flush());
-    EXPECT_FALSE(fs::exists(folder / "missing"));
+    EXPECT_FALSE(folder.has("missing"));
 }
 
 TEST_F(LoggerTest, TheFactoryHasOneWriterPerName) {

@@ -1,6 +1,5 @@
 // Adding random faces, against a model that follows the rules step by step.
 
-#include <cstring>
 #include <random>
 #include <set>
 
@@ -262,36 +261,6 @@ TEST_P(FaceModelTest, PolygonsAreStoredByTheSameRules) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Layouts, FaceModelTest, ::testing::Range(0u, 40u));
-
-struct FaceRoundTrip : QuietTest {};
-
-TEST_F(FaceRoundTrip, WhatWasAddedIsReadBack) {
-    const auto mesh = boost::make_shared<Mesh>("m", "");
-    TriangleMeshPrimitive primitive(mesh, {}), copy(boost::make_shared<Mesh>("c", ""), {});
-    std::mt19937 random(5);
-    const auto number = [&] { return static_cast<float>(random() % 7); };
-    std::vector<boost::shared_ptr<Triangle>> added;
-    for (int i = 0; i < 500; ++i) {
-        std::vector<boost::shared_ptr<Vertex>> corners;
-        for (int c = 0; c < 3; ++c) {
-            corners.push_back(
-                makeVertex({number(), number(), number()}, {number(), number(), number()}));
-            corners.back()->setTextCoord(0, number(), number());
-            corners.back()->setColor(number(), number(), number(), 1);
-        }
-        added.push_back(boost::make_shared<Triangle>(corners[0], corners[1], corners[2]));
-        ASSERT_TRUE(primitive.addTriangle(added.back(), true));
-    }
-    const auto read = primitive.getPrimitives();
-    ASSERT_EQ(read.size(), added.size());
-    for (std::size_t i = 0; i < read.size(); ++i) {
-        ASSERT_EQ(contentsOf(*read[i]), contentsOf(*added[i]));
-        ASSERT_EQ(read[i]->getFaceNormal(), added[i]->getFaceNormal());
-        // A face that was read can go into another mesh.
-        ASSERT_TRUE(copy.addTriangle(boost::static_pointer_cast<Triangle>(read[i]), true));
-    }
-    EXPECT_EQ(copy.getIndexStream(), primitive.getIndexStream());
-}
 
 }  // namespace
 }  // namespace vantorix::scene

@@ -2,7 +2,6 @@
 
 #include "scene/geometry/MeshPrimitiveBase.h"
 #include "scene/geometry/TriangleMeshPrimitive.h"
-#include "scene/geometry/VertexElement.h"
 #include "tests/geometry/GeometrySupport.h"
 
 namespace vantorix::scene {
@@ -20,7 +19,6 @@ struct OpenPrimitive : TriangleMeshPrimitive {
     using MeshPrimitiveBase::getStreamBySemantic;
     using MeshPrimitiveBase::getStreamMappingIndexForSemantic;
     using MeshPrimitiveBase::getStreamMappingOffsetForSemantic;
-    using MeshPrimitiveBase::validateStreamStateForVertexElement;
     using TriangleMeshPrimitive::TriangleMeshPrimitive;
 };
 
@@ -31,9 +29,6 @@ struct MeshPrimitiveBaseTest : QuietTest {
 
     OpenPrimitive make(const std::vector<StreamMapping>& mappings, const Indices& indices = {}) {
         return OpenPrimitive(mesh, mappings, indices);
-    }
-    static boost::shared_ptr<VertexElement> element(StreamSemantic semantic, int size) {
-        return VertexElement::create(semantic, size, nullptr);
     }
 };
 
@@ -55,8 +50,6 @@ TEST_F(MeshPrimitiveBaseTest, StartsWithDefaults) {
     EXPECT_EQ(minimumOf(primitive), Vector3f::Constant(largest));
     EXPECT_EQ(maximumOf(primitive), Vector3f::Constant(-largest));
     EXPECT_EQ(primitive.getBVCenter(), Vector3f::Constant(-std::numeric_limits<float>::infinity()));
-    primitive.setMaterialSymbol("red");
-    EXPECT_EQ(primitive.getMaterialSymbol(), "red");
 }
 
 TEST_F(MeshPrimitiveBaseTest, TheBoxHoldsThePositionsThatAreUsed) {
@@ -149,34 +142,6 @@ TEST_F(MeshPrimitiveBaseTest, AListedInputWithoutAStreamTakesNoFaces) {
         mesh->setVertices({StreamMapping(semantic, {}, 0)});
         expectNothingAdded(make({StreamMapping(VERTEX, {}, 0)}));
     }
-}
-
-TEST_F(MeshPrimitiveBaseTest, APositionBringsItsStreamAndTheIndirection) {
-    mesh = boost::make_shared<Mesh>("m", "");
-    auto primitive = make({});
-    EXPECT_FALSE(primitive.validateStreamStateForVertexElement(element(POSITION, 3), true));
-    const auto stream = primitive.getStreamBySemantic(POSITION);
-    EXPECT_EQ(stream, mesh->getStream("position_stream"));
-    EXPECT_EQ(stream->stride, 3);
-    EXPECT_FALSE(stream->allowDuplicates);
-    ASSERT_EQ(primitive.getStreamMapping().size(), 1u);
-    EXPECT_EQ(primitive.getStreamMapping()[0].semantic, VERTEX);
-    EXPECT_EQ(primitive.getStreamMapping()[0].stream->name, "m_vertices");
-    EXPECT_EQ(mesh->getStreams().size(), 1u) << "the placeholder is not listed";
-}
-
-TEST_F(MeshPrimitiveBaseTest, OtherSemanticsTakeTheNextFreeSlot) {
-    auto primitive = make({StreamMapping(VERTEX, positions, 0), StreamMapping(COLOR, normals, 1)});
-    const auto stream = primitive.validateStreamStateForVertexElement(element(NORMAL, 3), false);
-    ASSERT_TRUE(stream);
-    EXPECT_EQ(stream->name, "NORMAL_stream");
-    EXPECT_TRUE(stream->allowDuplicates);
-    EXPECT_EQ(primitive.getStreamMapping()[2].offset, 2);
-    EXPECT_EQ(primitive.getIndexStreamStride(), 3);
-    EXPECT_EQ(primitive.validateStreamStateForVertexElement(element(NORMAL, 2), true), stream);
-    EXPECT_EQ(primitive.validateStreamStateForVertexElement(element(TEXCOORD0, 2), true)->name,
-              "TEXCOORD_stream");
-    EXPECT_FALSE(primitive.validateStreamStateForVertexElement({}, true));
 }
 
 }  // namespace

@@ -1,4 +1,3 @@
-#include <cmath>
 #include <random>
 
 #include "scene/geometry/TriangleMeshPrimitive.h"
@@ -72,77 +71,6 @@ TEST_F(NormalRecalculation, OwnNormalsAreReplacedAndStoredOncePerValue) {
     EXPECT_EQ(stream->count, 1);
     EXPECT_EQ(primitive->getIndexStream(), (Indices{1, 0, 2, 0, 0, 0, 3, 0, 0, 0, 2, 0}));
     EXPECT_EQ(old->values.size(), 18u);
-}
-
-TEST_F(NormalRecalculation, FacesWeighAsTheSineOfTheirFirstAngle) {
-    // At position 0 a right angle in the x-y plane and one of 30 degrees in the x-z plane.
-    const float c = std::sqrt(3.0f);
-    make({0, 0, 0, 1, 0, 0, 0, 1, 0, c, 0, -1}, {vertex}, {0, 1, 2, 0, 1, 3});
-    mesh->recalculateVertexNormals();
-    const auto values = mesh->getStream("VT_Calculated_Normals")->values;
-    EXPECT_TRUE(
-        Vector3f(values[0], values[1], values[2]).isApprox(Vector3f(0, 0.5f, 1).normalized()));
-}
-
-/// A sphere of radius 2: its positions are twice its normals.
-struct Sphere {
-    explicit Sphere(unsigned int rings) {
-        const unsigned int sides = 2 * rings;
-        positions = {0, 0, 2, 0, 0, -2};
-        for (unsigned int ring = 1; ring < rings; ++ring) {
-            for (unsigned int side = 0; side < sides; ++side) addPosition(ring, side, rings);
-        }
-        const auto at = [&](unsigned int ring, unsigned int side) {
-            return 2 + (ring - 1) * sides + side % sides;
-        };
-        for (unsigned int side = 0; side < sides; ++side) {
-            addFace(0, at(1, side), at(1, side + 1));
-            for (unsigned int ring = 1; ring + 1 < rings; ++ring) {
-                addFace(at(ring, side), at(ring + 1, side), at(ring + 1, side + 1));
-                addFace(at(ring, side), at(ring + 1, side + 1), at(ring, side + 1));
-            }
-            addFace(at(rings - 1, side), 1, at(rings - 1, side + 1));
-        }
-    }
-    void addPosition(unsigned int ring, unsigned int side, unsigned int rings) {
-        const float down = 3.14159265f * static_cast<float>(ring) / static_cast<float>(rings);
-        const float around = 3.14159265f * static_cast<float>(side) / static_cast<float>(rings);
-        const Vector3f position(2 * std::sin(down) * std::cos(around),
-                                2 * std::sin(down) * std::sin(around), 2 * std::cos(down));
-        positions.insert(positions.end(), position.data(), position.data() + 3);
-    }
-    void addFace(unsigned int a, unsigned int b, unsigned int c) {
-        indices.insert(indices.end(), {a, b, c});
-    }
-    Floats positions;
-    Indices indices;
-};
-
-TEST_F(NormalRecalculation, NormalsOfASphereAreThoseOfTheSurface) {
-    for (const unsigned int rings : {16u, 32u, 64u}) {
-        const Sphere sphere(rings);
-        make(sphere.positions, {vertex}, sphere.indices);
-        mesh->recalculateVertexNormals();
-        const auto normals = mesh->getStream("VT_Calculated_Normals")->values;
-        ASSERT_EQ(normals.size(), sphere.positions.size());
-        // The chord error of a face that spans this angle; halving the faces halves it.
-        const float tolerance = 3.14159265f / static_cast<float>(rings);
-        float worst = 0;
-        for (std::size_t i = 0; i < normals.size(); i += 3) {
-            const Eigen::Map<const Vector3f> normal(&normals[i]);
-            const Eigen::Map<const Vector3f> position(&sphere.positions[i]);
-            worst = std::max(worst, (normal - position / 2).norm());
-        }
-        EXPECT_LT(worst, tolerance) << rings << " rings";
-    }
-}
-
-TEST_F(NormalRecalculation, APositionWithoutFacesHasNoNormal) {
-    make({0, 0, 0, 1, 0, 0, 0, 1, 0, 9, 9, 9}, {vertex}, {0, 1, 2});
-    mesh->recalculateVertexNormals();
-    const auto values = mesh->getStream("VT_Calculated_Normals")->values;
-    EXPECT_EQ(values[2], 1);
-    EXPECT_FALSE(std::isfinite(values[9]));
 }
 
 TEST_F(NormalRecalculation, OnlyCountedPositionsGetNormals) {

@@ -1,5 +1,6 @@
 // A stream under random edits through every way into its values, against a model that scans.
 
+#include <algorithm>
 #include <cstring>
 #include <random>
 
@@ -35,64 +36,27 @@ public:
     explicit StreamUnderEdits(unsigned int seed) : random_(seed) {}
 
     void step() {
-        switch (below(40)) {
-            case 0:
-                both([this](auto& v) { v.resize(number_ % (v.size() + 10), 1.0f); });
-                break;
-            case 1:
-                both([](auto& v) {
-                    if (!v.empty()) v.pop_back();
-                });
-                break;
-            case 2:
-                both([this](auto& v) { v.push_back(value_); });
-                break;
-            case 3:
-                both([this](auto& v) { v.insert(v.begin() + place(v), value_); });
-                break;
-            case 4:
-                both([this](auto& v) { v.erase(v.cbegin() + place(v), v.cend()); });
-                break;
-            case 5:
-                both([this](auto& v) {
-                    if (!v.empty()) v[number_ % v.size()] = value_;
-                });
-                break;
-            case 6:
-                both([](auto& v) { v.shrink_to_fit(); });
-                break;
-            case 7:
-                both([](auto& v) { v.reserve(v.capacity() + 50); });
-                break;
-            case 8:
-                both([](auto& v) { v = Floats(v); });
-                pointer_ = nullptr;
-                break;
-            case 9:
-                if (below(20) == 0) both([](auto& v) { v.clear(); });
-                break;
-            case 10:
-                keepReference();
-                break;
-            case 11:
-                swapValues();
-                break;
-            case 12:
-                if (below(10) == 0) changeStride();
-                break;
-            case 13:
-                stream.allowDuplicates = model.allowDuplicates = below(8) == 0;
-                break;
-            case 14:
-                stream = Stream(stream);
-                pointer_ = nullptr;
-                break;
-            case 15:
-                removeTuple();
-                break;
-            default:
-                insert();
+        const unsigned int choice = below(40);
+        if (choice == 0) both([this](auto& v) { v.resize(number_ % (v.size() + 10), 1.0f); });
+        if (choice == 1) removeFloat();
+        if (choice == 2) both([this](auto& v) { v.push_back(value_); });
+        if (choice == 3) both([this](auto& v) { v.insert(v.begin() + place(v), value_); });
+        if (choice == 4) both([this](auto& v) { v.erase(v.cbegin() + place(v), v.cend()); });
+        if (choice == 5 && !model.values.empty()) {
+            both([this](auto& v) { v[number_ % v.size()] = value_; });
         }
+        if (choice == 6) both([](auto& v) { v.shrink_to_fit(); });
+        if (choice == 7) both([](auto& v) { v.reserve(v.capacity() + 50); });
+        if (choice == 8) both([](auto& v) { v = Floats(v); });
+        if (choice == 9 && below(20) == 0) both([](auto& v) { v.clear(); });
+        if (choice == 10) keepReference();
+        if (choice == 11) swapValues();
+        if (choice == 12 && below(10) == 0) changeStride();
+        if (choice == 13) stream.allowDuplicates = model.allowDuplicates = below(8) == 0;
+        if (choice == 14) stream = Stream(stream);
+        if (choice == 8 || choice == 14) pointer_ = nullptr;
+        if (choice == 15) removeTuple();
+        if (choice > 15) insert();
         if (below(4) == 0) writeThroughReference();
     }
 
@@ -176,10 +140,12 @@ private:
         stream.count = model.count;
     }
 
+    void removeFloat() {
+        if (!model.values.empty()) both([](auto& v) { v.pop_back(); });
+    }
+
     void removeTuple() {
-        for (int i = 0; i < model.stride && !model.values.empty(); ++i) {
-            both([](auto& v) { v.pop_back(); });
-        }
+        for (int i = 0; i < model.stride; ++i) removeFloat();
     }
 
     void changeStride() {
@@ -224,6 +190,10 @@ TEST(StreamModel, KeepsTheLowestIndexWhenTuplesComeAndGo) {
     model.stride = 2;
     for (int i = 0; i < 40000; ++i) {
         const Floats tuple = {static_cast<float>(random() % 40), static_cast<float>(random() % 8)};
+        if (random() % 50 == 0) {
+            std::reverse(model.values.begin(), model.values.end());
+            stream.values = model.values;
+        }
         if (random() % 3 == 0) {
             const std::size_t size = model.values.size() - random() % (model.values.size() + 1) / 4;
             model.values.resize(size);

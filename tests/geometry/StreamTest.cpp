@@ -1,9 +1,10 @@
 #include <chrono>
-#include <limits>
+#include <numeric>
 
 #include "scene/geometry/Stream.h"
 #include "scene/geometry/VertexElement.h"
 #include "tests/geometry/GeometrySupport.h"
+#include "tests/reliability/FailingAllocation.h"
 
 namespace vantorix::scene {
 namespace {
@@ -39,18 +40,6 @@ TEST_F(DistinctStream, ANegativeStrideOnlyCounts) {
     EXPECT_EQ(stream.values.size(), 6u);
 }
 
-TEST_F(DistinctStream, BytesDecideWhatIsEqual) {
-    const float nan = std::numeric_limits<float>::quiet_NaN();
-    for (const int filled : {0, 100}) {
-        fill(filled);
-        const int zero = insert({0, 0, 7});
-        EXPECT_NE(insert({-0.0f, 0, 7}), zero);
-        const int notANumber = insert({nan, 0, 7});
-        EXPECT_EQ(insert({nan, 0, 7}), notANumber);
-        EXPECT_NE(insert({-nan, 0, 7}), notANumber);
-    }
-}
-
 TEST_F(DistinctStream, TheSourceMayLieInTheStreamItself) {
     stream.allowDuplicates = true;
     stream.values = tuple;
@@ -84,14 +73,14 @@ TEST(Stream, ACopyHasEverythingAndACloneOnlyTheValues) {
     stream.stringValues = {"one"};
     stream.insertValue(2, tuple.data());
 
-    const Stream copy = stream;
     Stream assigned("other", 9, false);
     assigned = stream;
-    for (const Stream* same : {&copy, static_cast<const Stream*>(&assigned)}) {
-        EXPECT_EQ(same->name, "weights");
-        EXPECT_EQ(same->stride, 2);
-        EXPECT_EQ(same->params, stream.params);
-        EXPECT_EQ(same->stringValues, stream.stringValues);
+    for (const auto& same : {stream, assigned}) {
+        EXPECT_EQ(same.name, "weights");
+        EXPECT_EQ(same.stride, 2);
+        EXPECT_EQ(same.count, 1);
+        EXPECT_EQ(same.params, stream.params);
+        EXPECT_EQ(same.stringValues, stream.stringValues);
     }
 
     const auto clone = stream.clone();
@@ -103,15 +92,33 @@ TEST(Stream, ACopyHasEverythingAndACloneOnlyTheValues) {
     EXPECT_TRUE(clone->stringValues.empty());
 }
 
-TEST(Stream, ACopyFindsItsOwnValues) {
-    Stream stream("positions", 1, false);
-    for (float i = 0; i < 100; ++i) stream.insertValue(1, &i);
-    Stream copy = stream;
-    const float added = 1000;
-    EXPECT_EQ(copy.insertValue(1, &added), 100);
-    stream.values.pop_back();
-    stream = copy;
-    EXPECT_EQ(stream.insertValue(1, &added), 100);
+Floats countingFrom(float first, std::size_t count) {
+    Floats floats(count);
+    std::iota(floats.begin(), floats.end(), first);
+    return floats;
+}
+
+/// @returns whether there were fewer than @p allocation allocations.
+bool insertUntil(long allocation, Stream& stream, const Floats& floats) {
+    std::vector<int> indices(floats.size());
+    return !test::failAt(
+        allocation, [&] { stream.insertValues(1, floats.data(), floats.size(), indices.data()); });
+}
+
+TEST(StreamMemory, WhatCameInBeforeItEndedIsCountedAndFound) {
+    const auto few = countingFrom(1, 20);
+    const auto many = countingFrom(11, 2000);
+    bool isDone = false;
+    for (long allocation = 1; !isDone; ++allocation) {
+        SCOPED_TRACE(allocation);
+        Stream stream("stream", 1, false);
+        for (const float value : few) stream.insertValue(1, &value);
+        isDone = insertUntil(allocation, stream, many);
+        ASSERT_EQ(static_cast<std::size_t>(stream.count), stream.values.size());
+        EXPECT_TRUE(insertUntil(0, stream, many));
+        ASSERT_EQ(stream.count, 2010);
+        EXPECT_TRUE(haveSameBytes(stream.values, countingFrom(1, 2010)));
+    }
 }
 
 TEST(VertexElement, ReadsAsAHomogeneousPoint) {

@@ -15,11 +15,6 @@ struct TriangleMeshPrimitiveTest : QuietTest {
     boost::shared_ptr<Mesh> mesh = boost::make_shared<Mesh>("m", "");
     TriangleMeshPrimitive primitive{mesh, {}};
 
-    static boost::shared_ptr<Triangle> withNormals(const Vector3f& normal) {
-        return boost::make_shared<Triangle>(makeVertex({0, 0, 0}, normal),
-                                            makeVertex({1, 0, 0}, normal),
-                                            makeVertex({0, 1, 0}, normal));
-    }
     /// A triangle whose corners all have these elements.
     static boost::shared_ptr<Triangle> ofElements(
         const std::vector<boost::shared_ptr<VertexElement>>& elements) {
@@ -117,7 +112,11 @@ TEST_F(TriangleMeshPrimitiveTest, OfTwoMappingsOfOneSemanticTheLastValueCounts) 
 }
 
 TEST_F(TriangleMeshPrimitiveTest, ACloneSharesStreamsButNotTheMaterialSymbol) {
-    primitive.addTriangle(withNormals({0, 0, 1}), true);
+    const Vector3f up(0, 0, 1);
+    primitive.addTriangle(
+        boost::make_shared<Triangle>(makeVertex({0, 0, 0}, up), makeVertex({1, 0, 0}, up),
+                                     makeVertex({0, 1, 0}, up)),
+        true);
     primitive.setMaterialSymbol("red");
     const auto target = makeMesh({5, 5, 5, 6, 6, 6, 7, 7, 7});
     const auto clone = primitive.clone(target);

@@ -14,16 +14,6 @@ boost::shared_ptr<Ray> makeRay(const Vector3f& origin, const Vector3f& direction
     return boost::make_shared<Ray>(origin, direction);
 }
 
-TEST(Ray, KeepsWhatItIsGiven) {
-    EXPECT_EQ(Ray().getOrigin(), Vector3f(0, 0, 0));
-    EXPECT_EQ(Ray().getDirection(), Vector3f(0, 0, 0));
-    const Ray ray({1, 2, 3}, {0, 0, 5});
-    Ray copy;
-    copy = ray;
-    EXPECT_EQ(copy.getOrigin(), Vector3f(1, 2, 3));
-    EXPECT_EQ(copy.getDirection(), Vector3f(0, 0, 5));
-}
-
 TEST(Triangle, TheFaceNormalIsAsLongAsTheSineOfTheFirstAngle) {
     EXPECT_EQ(makeRightTriangle()->getFaceNormal(), Vector3f(0, 0, 1));
     EXPECT_EQ(makeTriangle({0, 0, 0}, {49, 0, 0}, {0, 41, 0})->getFaceNormal(), Vector3f(0, 0, 1));

@@ -5,8 +5,8 @@
 
 #include <boost/make_shared.hpp>
 
-#include "scene/geometry/ConvexMesh.h"
 #include "scene/geometry/GeometryManager.h"
+#include "scene/geometry/Mesh.h"
 #include "scene/graph/LayerManager.h"
 #include "scene/graph/Node.h"
 #include "scene/graph/SceneManager.h"
@@ -18,14 +18,7 @@
 
 namespace vantorix::test {
 
-using scene::Effect;
-using scene::Image;
-using scene::InstanceGeometry;
-using scene::Material;
-using scene::MaterialParameter;
-using scene::Mesh;
-using scene::Node;
-using scene::SceneManager;
+using namespace scene;
 
 namespace {
 
@@ -45,7 +38,7 @@ void fillLibraries(SceneManager& scene, RandomChoices& random) {
     for (unsigned int i = random.below(5); i > 0; --i) {
         const auto material = boost::make_shared<Material>(random.id("m", 4), random.id("e", 3));
         material->setTechnique("toon");
-        if (random.chance(50)) material->addMaterialParameter(shared);
+        if (random.chance(50)) material->setMaterialParameters({shared, nullptr});
         material->addMaterialParameter(boost::make_shared<MaterialParameter>(
             "p", random.chance(70) ? "texture" : "Texture", random.id("i", 3)));
         scene.addMaterial(material);
@@ -54,6 +47,7 @@ void fillLibraries(SceneManager& scene, RandomChoices& random) {
         scene.getGeometryManager()->addGeometry(
             boost::make_shared<Mesh>(random.id("g", 4), "mesh"));
     }
+    scene.getGeometryManager()->addGeometry(boost::make_shared<Mesh>("", "is found for no ID"));
     for (unsigned int i = random.below(4); i > 0; --i) {
         scene.getLayerManager()->addLayer(random.id("l", 4));
     }
@@ -63,8 +57,9 @@ boost::shared_ptr<InstanceGeometry> makeInstance(SceneManager& scene, RandomChoi
     auto geometry = scene.getGeometryManager()->getGeometry(random.id("g", 4));
     if (!geometry) geometry = boost::make_shared<Mesh>(random.id("g", 5), "not in the library");
     std::map<std::string, boost::shared_ptr<Material>> materials;
+    if (random.chance(10)) geometry.reset();
     materials["x"] = random.of(scene.getMaterialList());
-    materials["y"] = random.of(scene.getMaterialList());
+    materials["y"] = random.chance(10) ? nullptr : random.of(scene.getMaterialList());
     return boost::make_shared<InstanceGeometry>(geometry, materials);
 }
 
@@ -131,7 +126,8 @@ void describeNode(Node& node, const std::string& indent, const Materials& own,
     for (const int layer : node.getLayers()) line << ' ' << layer;
     line << '\n' << node.getTransformations();
     for (const auto& instance : node.getInstancedGeometries()) {
-        line << "\n shows " << instance->getGeometry()->getID();
+        const auto geometry = instance->getGeometry();
+        line << "\n shows " << (geometry ? geometry->getID() : "nothing");
         for (const auto& [symbol, material] : instance->getMaterialMap()) {
             line << ' ' << symbol << '=' << nameOf(material, own, others);
         }

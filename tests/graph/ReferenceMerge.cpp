@@ -12,11 +12,7 @@
 
 namespace vantorix::test {
 
-using scene::Effect;
-using scene::Image;
-using scene::InstanceGeometry;
-using scene::Material;
-using scene::Node;
+using namespace scene;
 
 namespace {
 
@@ -131,7 +127,7 @@ ReferenceMerge::Renames ReferenceMerge::mergeMaterials(const Renames& effects,
     }
     for (std::size_t i = before; i < library.size(); ++i) {
         for (const auto& parameter : library[i]->getMaterialParameters()) {
-            const bool isTexture = parameter->getType() == "texture";
+            const bool isTexture = parameter && parameter->getType() == "texture";
             if (isTexture) parameter->setValue(lookUp(images, parameter->getValue()));
         }
     }
@@ -175,15 +171,16 @@ ReferenceMerge::NodePtr ReferenceMerge::copyOf(const Node& node, const std::stri
 }
 
 void ReferenceMerge::copyInstance(InstanceGeometry& instance, Node& copy) {
-    const auto id = lookUp(geometryMap_, instance.getGeometry()->getID());
-    const auto geometry = target_->getGeometryManager()->getGeometry(id);
+    const auto shown = instance.getGeometry();
+    const auto id = shown ? lookUp(geometryMap_, shown->getID()) : std::string();
+    const auto geometry = shown ? target_->getGeometryManager()->getGeometry(id) : nullptr;
     if (!geometry) {
         log_.push_back("[ERROR] Trying to instantiate a non existent Geometry: " + id);
         return;
     }
     std::map<std::string, boost::shared_ptr<Material>> materials;
     for (const auto& [symbol, material] : instance.getMaterialMap()) {
-        const bool isRenamed = materialMap_.count(material->getMaterialID()) > 0;
+        const bool isRenamed = material && materialMap_.count(material->getMaterialID()) > 0;
         materials[symbol] =
             isRenamed ? target_->getMaterialWithID(materialMap_.at(material->getMaterialID()))
                       : material;

@@ -4,29 +4,12 @@
 #include "scene/geometry/ConvexMesh.h"
 #include "scene/geometry/GeometryManager.h"
 #include "scene/geometry/Stream.h"
-#include "scene/graph/LayerManager.h"
-#include "scene/material/Effect.h"
-#include "scene/material/Image.h"
-#include "scene/material/InstanceGeometry.h"
-#include "scene/material/Material.h"
-#include "scene/material/MaterialParameter.h"
-#include "tests/support/LogCapture.h"
 #include "tests/support/RecordedScene.h"
 
 namespace vantorix::test {
 namespace {
 
-using scene::ConvexMesh;
-using scene::Effect;
-using scene::Image;
-using scene::InstanceGeometry;
-using scene::Material;
-using scene::MaterialParameter;
-using scene::Mesh;
-using scene::Node;
-using scene::SceneManager;
-using scene::Stream;
-using Renames = std::map<std::string, std::string>;
+using namespace scene;
 
 /// A scene that takes in another one; both roots are called "root".
 struct SceneMerging : testing::Test {
@@ -36,45 +19,9 @@ struct SceneMerging : testing::Test {
         scene.forgetEvents();
     }
 
-    /// The log lines that begin with @p start.
-    static Names starting(const Names& lines, const std::string& start) {
-        Names found;
-        for (const auto& line : lines) {
-            if (line.compare(0, start.size(), start) == 0) found.push_back(line);
-        }
-        return found;
-    }
-
     RecordedScene scene;
     RecordedScene other;
 };
-
-TEST_F(SceneMerging, OfTwoFreshScenesRenamesAllButTheDefaultEffect) {
-    EXPECT_TRUE(scene->mergeSceneManager(other.manager, 0, ""));
-    EXPECT_EQ(scene->getEffectLibrary().size(), 1u);
-    EXPECT_EQ(scene->getMaterialList().back()->getMaterialID(), "defaultMaterial__renamed_OID0__");
-    EXPECT_EQ(scene->getLayerManager()->getLayerName(7), "hidden__renamed__");
-    ASSERT_EQ(scene->getRoot()->getChildCount(), 1u);
-    EXPECT_EQ(scene->getRoot()->getChildNode(0)->getID(), "root__renamed_OID1__");
-    const auto lines = scene.eventLines();
-    EXPECT_EQ(lines.front(), "SceneUpdate|MaterialList");
-    EXPECT_EQ(
-        Names(lines.end() - 4, lines.end()),
-        Names({"SceneTopologyUpdate|", "SceneUpdate|", "SceneUpdate|MaterialList", "SyncScene|"}));
-}
-
-TEST_F(SceneMerging, CanDiscardAllThatIsRepeated) {
-    const LogCapture log;
-    scene->mergeSceneManager(other.manager, 0x1f, "");
-    EXPECT_EQ(scene->getMaterialList().size(), 1u);
-    EXPECT_EQ(scene->getRoot()->getChildCount(), 0u);
-    EXPECT_EQ(starting(log.lines(), "[INFO] Found repeated N"),
-              Names({"[INFO] Found repeated Node with ID: root. Discarded."}));
-    EXPECT_EQ(starting(log.lines(), "[INFO] Found repeated M"),
-              Names({"[INFO] Found repeated Material ID with same effectID: defaultMaterial. "
-                     "Discarded."}));
-    EXPECT_EQ(scene->generateID(), "OID0");
-}
 
 TEST_F(SceneMerging, ToleratesNothingAndItself) {
     EXPECT_TRUE(scene->mergeSceneManager(nullptr, 0, ""));
@@ -85,76 +32,8 @@ TEST_F(SceneMerging, ToleratesNothingAndItself) {
     EXPECT_EQ(scene->getMaterialList().size(), 2u);
     scene->mergeEffectLibrary({nullptr});
     scene->mergeImageLibrary({nullptr}, false);
-    EXPECT_EQ(scene->mergeMaterialLibrary({nullptr}, {}, {}, false), Renames());
+    EXPECT_EQ(scene->mergeMaterialLibrary({nullptr}, {}, {}, false).size(), 0u);
     scene->replaceSharedStreams(nullptr);
-}
-
-TEST_F(SceneMerging, AMergedChildStaysAsItIsAndTakesInTheChildren) {
-    const auto arm = scene.makeNode("arm");
-    arm->setName("kept");
-    scene->getRoot()->addNode(scene.makeNode("body"));
-    scene->getNodeByID("body")->addNode(arm);
-    const auto theirs = other.makeNode("arm");
-    theirs->addNode(other.makeNode("hand"));
-    other->setRoot(theirs);
-
-    scene->mergeSceneManager(other.manager, 0x20, "body");
-    EXPECT_EQ(scene->getNodeByID("hand")->getParent(), arm);
-    EXPECT_EQ(arm->getName(), "kept");
-    scene->mergeSceneManager(other.manager, 0x20, "root");
-    const auto renamed = scene->getRoot()->getChildNode(1);
-    EXPECT_EQ(renamed->getID().substr(0, 16), "arm__renamed_OID") << "no child of the root is arm";
-    EXPECT_EQ(renamed->getChildNode(0)->getID().substr(0, 17), "hand__renamed_OID");
-}
-
-TEST_F(SceneMerging, ATextureOfARenamedImageIsRePointedInBothScenes) {
-    scene->addImage(boost::make_shared<Image>("wood", "oak.png", ""));
-    other->addImage(boost::make_shared<Image>("wood", "elm.png", ""));
-    const auto texture = boost::make_shared<MaterialParameter>("map", "texture", "wood");
-    const auto text = boost::make_shared<MaterialParameter>("note", "string", "wood");
-    const auto material = boost::make_shared<Material>("table", "fx");
-    material->setMaterialParameters({texture, nullptr, text});
-    other->addMaterial(material);
-    scene->mergeSceneManager(other.manager, 0, "");
-    EXPECT_EQ(scene->getImageByID("wood__renamed__")->getFilename(), "elm.png");
-    EXPECT_EQ(scene->getMaterialWithID("table")->getParameterByName("map"), texture);
-    EXPECT_EQ(texture->getValue(), "wood__renamed__");
-    EXPECT_EQ(text->getValue(), "wood");
-}
-
-TEST_F(SceneMerging, AMaterialFollowsItsRenamedEffect) {
-    scene->addEffect(boost::make_shared<Effect>("fx", "a.cgfx", ""));
-    scene->addMaterial(boost::make_shared<Material>("m", "fx"));
-    const std::vector<boost::shared_ptr<Effect>> effects = {
-        boost::make_shared<Effect>("fx", "b.cgfx", "name"),
-        boost::make_shared<Effect>("fx", "a.cgfx", "")};
-    const auto renamed = scene->mergeEffectLibrary(effects);
-    EXPECT_EQ(renamed, Renames({{"fx", "fx__renamed_OID0__"}}));
-    const auto materials =
-        scene->mergeMaterialLibrary({boost::make_shared<Material>("m", "fx")}, renamed, {}, true);
-    EXPECT_EQ(materials, Renames({{"m", "m__renamed_OID1__"}})) << "the effects differ by now";
-    EXPECT_EQ(scene->getMaterialWithID("m__renamed_OID1__")->getEffectID(), "fx__renamed_OID0__");
-}
-
-TEST_F(SceneMerging, AnInstanceWithoutGeometryIsLeftOutAndLogged) {
-    const auto node = other->getRoot();
-    const auto lost = boost::make_shared<Mesh>("lost", "");
-    const auto kept = boost::make_shared<Mesh>("kept", "");
-    other->getGeometryManager()->addGeometry(kept);
-    scene->getGeometryManager()->addGeometry(boost::make_shared<Mesh>("", ""));
-    for (const auto& mesh : {lost, kept, boost::shared_ptr<Mesh>()}) {
-        node->addInstanceGeometry(
-            boost::make_shared<InstanceGeometry>(mesh, boost::shared_ptr<Material>()));
-    }
-    const LogCapture log;
-    scene->mergeSceneManager(other.manager, 0, "");
-    EXPECT_EQ(starting(log.lines(), "[ERROR]"),
-              Names({"[ERROR] Trying to instantiate a non existent Geometry: lost",
-                     "[ERROR] Trying to instantiate a non existent Geometry: "}));
-    const auto copy = scene->getRoot()->getChildNode(0);
-    ASSERT_EQ(copy->getInstanceGeometryCount(), 1u);
-    EXPECT_EQ(copy->getInstanceGeometry(0)->getGeometry(), kept);
-    EXPECT_EQ(copy->getInstanceGeometry(0)->getMaterialList().at(0), nullptr);
 }
 
 TEST_F(SceneMerging, AnnouncesEachCopyAsItIsMadeAndAttached) {
@@ -254,46 +133,6 @@ TEST_F(MergingIntoChildren, AGuestFromAnotherSceneIsKnownUnderItsPresentID) {
     EXPECT_EQ(guest->getChildNode(0)->getID(), "below c");
 }
 
-TEST_F(SceneMerging, ARenamedMaterialIsLookedUpByItsIDWhenItIsBound) {
-    const auto mesh = boost::make_shared<Mesh>("mesh", "");
-    other->getGeometryManager()->addGeometry(mesh);
-    for (int i = 0; i < 3; ++i) {
-        const auto node = other.makeNode("n" + std::to_string(i));
-        node->addInstanceGeometry(
-            boost::make_shared<InstanceGeometry>(mesh, other->getMaterialList()[0]));
-        other->getRoot()->addNode(node);
-    }
-    const auto earlier = boost::make_shared<Material>("earlier", "fx");
-    scene->addMaterial(earlier);
-    scene->getRoot()->setID("target");
-    const std::string name = "defaultMaterial__renamed_OID0__";
-    boost::shared_ptr<Material> copied;
-    const Interruption look(scene, "NodeNewChild",
-                            [&] { copied = scene->getMaterialWithID(name); });
-    std::vector<boost::shared_ptr<Material>> bound;
-    int attached = 0;
-    core::event::EventBase watcher(scene.events);
-    watcher.registerHandler(core::event::EventType("NodeNewChild"), [&](const auto&) {
-        if (++attached == 3) *earlier = Material(name, "fx");  // After two of three instances.
-    });
-    scene->mergeSceneManager(other.manager, 0, "");
-    const auto top = scene->getRoot()->getChildNode(0);
-    for (unsigned int i = 0; i < 3; ++i) {
-        bound.push_back(top->getChildNode(i)->getInstanceGeometry(0)->getMaterialList()[0]);
-    }
-    EXPECT_EQ(bound, (std::vector<boost::shared_ptr<Material>>{copied, copied, earlier}));
-}
-
-TEST_F(SceneMerging, AParentThatIsRemovedMeanwhileStillTakesItsChildren) {
-    scene->getRoot()->addNode(scene.makeNode("target"));
-    auto target = scene->getNodeByID("target");
-    other->getRoot()->addNode(other.makeNode("child"));
-    const Interruption removal(scene, "NodeNewChild", [&] { scene->removeNode(target); });
-    scene->mergeSceneManager(other.manager, 0, "target");
-    EXPECT_EQ(scene->getNodeByID("child"), nullptr);
-    EXPECT_EQ(target->getChildNode(0)->getChildNode(0)->getID(), "child");
-}
-
 TEST(SceneMergeSize, DeepAndWideTreesAreMergedWithoutDeepStackOrLongSearches) {
     constexpr unsigned int count = 100000;
     core::logger::Logger::active = false;
@@ -328,10 +167,10 @@ TEST(SceneMergeSize, DeepAndWideTreesAreMergedWithoutDeepStackOrLongSearches) {
 /// Meshes with two streams each.
 struct SharedStreams : SceneMerging {
     boost::shared_ptr<Mesh> addMesh(const RecordedScene& to, const std::string& id, float value,
-                                    scene::StreamSemantic second = scene::NORMAL) {
+                                    StreamSemantic second = NORMAL) {
         const auto mesh = boost::make_shared<Mesh>(id, "");
-        std::vector<scene::StreamMapping> mappings;
-        for (const auto semantic : {scene::POSITION, second}) {
+        std::vector<StreamMapping> mappings;
+        for (const auto semantic : {POSITION, second}) {
             const auto stream = boost::make_shared<Stream>("s", 3, true);
             const float tuple[] = {value, value, value};
             stream->insertValue(3, tuple);
@@ -359,10 +198,10 @@ TEST_F(SharedStreams, AreCopiedPlaceByPlaceWhereTheirCountsAgree) {
 }
 
 TEST_F(SharedStreams, AreFoundByTheirSemanticsUpToTheLast) {
-    const auto mine = addMesh(scene, "a", 1, scene::TANGENT);
-    addMesh(other, "a", 2, scene::TANGENT);
-    const auto doubled = addMesh(scene, "b", 1, scene::POSITION);
-    addMesh(other, "b", 2, scene::POSITION);
+    const auto mine = addMesh(scene, "a", 1, TANGENT);
+    addMesh(other, "a", 2, TANGENT);
+    const auto doubled = addMesh(scene, "b", 1, POSITION);
+    addMesh(other, "b", 2, POSITION);
     scene->replaceSharedStreams(other.manager);
     EXPECT_EQ(valueOf(mine, 0), 2.0f);
     EXPECT_EQ(valueOf(mine, 1), 2.0f);
@@ -383,8 +222,8 @@ TEST_F(SharedStreams, StayWhereLibrariesOrTypesDiffer) {
     EXPECT_EQ(valueOf(first, 0), 2.0f);
     EXPECT_EQ(valueOf(second, 0), 1.0f);
     EXPECT_EQ(valueOf(third, 0), 1.0f) << "the walk ends at the first difference";
-    second->setVertices({{scene::POSITION, nullptr, 0}});
-    extra->setType(scene::IGeometry::MESH);
+    second->setVertices({{POSITION, nullptr, 0}});
+    extra->setType(IGeometry::MESH);
     scene->replaceSharedStreams(other.manager);
     EXPECT_EQ(valueOf(third, 0), 2.0f);
 }

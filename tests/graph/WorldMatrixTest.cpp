@@ -51,19 +51,12 @@ protected:
     /// Removals leave nodes that still name a parent; additions below them close circles.
     void edit() {
         const auto node = any();
-        switch (random_() % 5) {
-            case 0:
-            case 1:
-                any()->addNode(node);
-                break;
-            case 2:
-                scene_->removeNode(node);
-                break;
-            case 3:
-                place(*node);
-                break;
-            default:
-                if (random_() % 8 == 0) nodes_[random_() % nodes_.size()] = scene_.makeNode("node");
+        const auto choice = random_() % 5;
+        if (choice < 2) any()->addNode(node);
+        if (choice == 2) scene_->removeNode(node);
+        if (choice == 3) place(*node);
+        if (choice == 4 && random_() % 8 == 0) {
+            nodes_[random_() % nodes_.size()] = scene_.makeNode("node");
         }
     }
 

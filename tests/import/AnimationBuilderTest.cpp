@@ -1,4 +1,3 @@
-#include <cmath>
 #include <random>
 
 #include <gmock/gmock.h>
@@ -10,7 +9,6 @@
 #include "scene/animation/AnimationManager.h"
 #include "scene/animation/Sampler.h"
 #include "scene/geometry/Stream.h"
-#include "scene/transform/ITransformation.h"
 #include "tests/import/SampleDocument.h"
 #include "tests/support/RecordedScene.h"
 

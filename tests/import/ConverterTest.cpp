@@ -1,6 +1,5 @@
 // What the worker's converters make of scenes that no sound file gives.
 
-#include <array>
 #include <limits>
 
 #include <assimp/anim.h>

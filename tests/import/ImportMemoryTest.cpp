@@ -13,9 +13,9 @@
 #include "apps/import/ModelImporter.h"
 #include "scene/graph/Node.h"
 #include "scene/graph/SceneManager.h"
-#include "tests/import/TemporaryFolder.h"
 #include "tests/reliability/FailingAllocation.h"
 #include "tests/reliability/SceneCheck.h"
+#include "tests/support/TemporaryFolder.h"
 
 using namespace vantorix;
 using apps::import::ImportResult;
@@ -50,7 +50,7 @@ struct ImportMemory : ::testing::Test {
         return importer.importFile(file, scene);
     }
 
-    TemporaryFolder folder;
+    test::TemporaryFolder folder;
     const std::string file = folder.write("sample.obj", "x");
     const std::string worker = std::filesystem::read_symlink("/proc/self/exe")
                                    .replace_filename("vantorix-import-worker-double")

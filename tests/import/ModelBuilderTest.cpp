@@ -28,8 +28,8 @@
 #include "scene/material/MaterialParameter.h"
 #include "scene/transform/ITransformation.h"
 #include "tests/import/SampleDocument.h"
-#include "tests/import/TemporaryFolder.h"
 #include "tests/support/RecordedScene.h"
+#include "tests/support/TemporaryFolder.h"
 
 using namespace vantorix::apps::import;
 using namespace vantorix::scene;
@@ -47,7 +47,7 @@ struct BuiltModel : ::testing::Test {
             node(nodeId)->getInstanceGeometry(0)->getGeometry());
     }
 
-    TemporaryFolder folder;
+    vantorix::test::TemporaryFolder folder;
     vantorix::test::RecordedScene scene;
     ModelDocument document = sampleDocument();
     ImportResult result;

@@ -7,7 +7,7 @@
 
 #include "apps/import/ImportError.h"
 #include "apps/import/ModelReader.h"
-#include "tests/import/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 using namespace vantorix::apps::import;
 using namespace std::chrono_literals;
@@ -59,7 +59,7 @@ struct MisbehavingWorker : ::testing::Test {
         }
     }
 
-    TemporaryFolder folder;
+    vantorix::test::TemporaryFolder folder;
     ImportLimits limits;
     LimitMet met;
     std::size_t descriptorsBefore = openDescriptors();

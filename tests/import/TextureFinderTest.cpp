@@ -3,12 +3,12 @@
 #include <gtest/gtest.h>
 
 #include "apps/import/TextureFinder.h"
-#include "tests/import/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 using namespace vantorix::apps::import;
 
 TEST(TextureFinder, FindsFilesAsModelsWriteThem) {
-    const TemporaryFolder folder;
+    const vantorix::test::TemporaryFolder folder;
     const auto wood = folder.write("model/Textures/Wood.PNG", "w");
     const auto stone = folder.write("model/stone wall.jpg", "s");
     const auto shared = folder.write("shared/metal.png", "m");
@@ -26,7 +26,7 @@ TEST(TextureFinder, FindsFilesAsModelsWriteThem) {
 }
 
 TEST(TextureFinder, FindsRegularFilesOnly) {
-    const TemporaryFolder folder;
+    const vantorix::test::TemporaryFolder folder;
     folder.write("model/folder.png/inside", "x");
     ASSERT_EQ(::mkfifo(folder.path("model/pipe.png").c_str(), 0600), 0);
     TextureFinder finder(folder.path("model/chair.obj"));

@@ -21,12 +21,12 @@
 #include "scene/geometry/GeometryManager.h"
 #include "scene/geometry/Mesh.h"
 #include "scene/geometry/Stream.h"
-#include "scene/graph/ISceneController.h"
 #include "scene/graph/LayerManager.h"
 #include "scene/graph/Node.h"
 #include "scene/graph/SceneManager.h"
 #include "tests/reliability/SceneCheck.h"
 #include "tests/reliability/ScriptedScene.h"
+#include "tests/support/CycleControl.h"
 
 namespace vantorix::test {
 namespace {
@@ -123,13 +123,6 @@ private:
     int depth_ = 0;
     int left_ = 0;
     int turns_ = 0;
-};
-
-/// Edits the scene in every cycle of its thread.
-struct Meddler : ISceneController {
-    bool isReadOnly() override { return false; }
-    void attach(boost::shared_ptr<SceneManager>) override {}
-    bool update(boost::posix_time::time_duration) override { return true; }
 };
 
 struct OnPurpose : std::runtime_error {
@@ -296,7 +289,7 @@ std::vector<Hostility> hostilities() {
              for (int i = turn.number % 5; i > 0; --i) turn.scene().unlockScene();
          }},
         {"JugglesControllers",
-         [meddler = boost::make_shared<Meddler>()](const Turn& turn) {
+         [meddler = makeController([] { return true; })](const Turn& turn) {
              turn.scene().addSceneController(meddler);
              turn.scene().removeSceneController(meddler);
              turn.scene().setAnimationManager(nullptr);

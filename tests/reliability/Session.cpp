@@ -13,7 +13,6 @@
 
 #include <boost/date_time/posix_time/posix_time_types.hpp>
 #include <boost/make_shared.hpp>
-#include <boost/thread/condition_variable.hpp>
 #include <boost/thread/thread.hpp>
 
 #include "core_api/event/EventBase.h"
@@ -26,6 +25,7 @@
 #include "scene/graph/ISceneController.h"
 #include "scene/graph/SceneManager.h"
 #include "tests/reliability/ScriptedScene.h"
+#include "tests/support/CycleControl.h"
 
 namespace vantorix::test {
 namespace {
@@ -51,25 +51,6 @@ private:
     std::atomic<int> now_{0};
 };
 
-/// Counts; another thread waits for the count.
-class Counter {
-public:
-    void raise() {
-        const boost::lock_guard<boost::mutex> lock(mutex_);
-        ++count_;
-        changed_.notify_all();
-    }
-    void await(int count) {
-        boost::unique_lock<boost::mutex> lock(mutex_);
-        changed_.wait(lock, [&] { return count_ >= count; });
-    }
-
-private:
-    boost::mutex mutex_;
-    boost::condition_variable changed_;
-    int count_ = 0;
-};
-
 /// Hands on to the player what the clock says, but nothing of what it said before the first cycles.
 class DrivenPlayer : public scene::ISceneController {
 public:
@@ -80,12 +61,12 @@ public:
     bool update(time_duration elapsed) override {
         const bool isDue = isArmed && elapsed > milliseconds(0);
         const bool changed = isDue && player_->update(elapsed);
-        cycles.raise();
+        cycles.reach();
         return changed;
     }
 
     std::atomic<bool> isArmed{false};
-    Counter cycles;
+    Gate cycles;
 
 private:
     boost::shared_ptr<scene::AnimationManager> player_;
@@ -94,10 +75,10 @@ private:
 void playOnTheScenesThread(ScriptedScene& scripted) {
     const auto clock = boost::make_shared<ScriptedClock>();
     const auto driven = boost::make_shared<DrivenPlayer>(scripted.player);
-    Counter frames;
+    Gate frames;
     core::event::EventBase listener(scripted.scene->getEventManager());
     listener.registerHandler(core::event::EventType("SyncScene"),
-                             [&frames](const core::event::Event&) { frames.raise(); });
+                             [&frames](const core::event::Event&) { frames.reach(); });
     scripted.player->setTime(milliseconds(0));
     scripted.player->resume();
     scripted.scene->setClock(clock);

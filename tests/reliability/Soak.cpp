@@ -2,7 +2,6 @@
 // and lets go of everything, for as long as it is told. Prints the resident memory and the open
 // file descriptors over time, and the slope of each through the second half.
 
-#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>

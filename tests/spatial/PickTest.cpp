@@ -145,16 +145,19 @@ struct Picking : ::testing::Test {
             octree.calculate(3, 2);
         });
     }
+    /// A mesh of triangles at the root.
+    void take(const std::vector<float>& positions, const std::vector<unsigned int>& indices) {
+        const auto mesh = test::makePositions("t", positions);
+        test::addTriangles(mesh, indices);
+        test::place(mesh, *scene->getRoot());
+        take(scene->getRoot());
+    }
 };
 
 TEST_F(Picking, AClosedSurfaceHasNoGaps) {
     // An octahedron, hit exactly at its edges and corners as well.
-    const auto mesh =
-        test::makePositions("o", {1, 0, 0, -1, 0, 0, 0, 1, 0, 0, -1, 0, 0, 0, 1, 0, 0, -1});
-    test::addTriangles(mesh,
-                       {0, 2, 4, 2, 1, 4, 1, 3, 4, 3, 0, 4, 2, 0, 5, 1, 2, 5, 3, 1, 5, 0, 3, 5});
-    test::place(mesh, *scene->getRoot());
-    take(scene->getRoot());
+    take({1, 0, 0, -1, 0, 0, 0, 1, 0, 0, -1, 0, 0, 0, 1, 0, 0, -1},
+         {0, 2, 4, 2, 1, 4, 1, 3, 4, 3, 0, 4, 2, 0, 5, 1, 2, 5, 3, 1, 5, 0, 3, 5});
     std::mt19937 random(1);
     for (int i = 0; i < 20000; ++i) {
         Vector3f direction;
@@ -196,10 +199,7 @@ TEST_F(Picking, OnlyWhatLiesInFrontIsHit) {
 }
 
 TEST_F(Picking, TheLengthOfTheDirectionDoesNotMatter) {
-    const auto mesh = test::makePositions("t", {0, 0, 5, 1, 0, 5, 0, 1, 5});
-    test::addTriangles(mesh, {0, 1, 2});
-    test::place(mesh, *scene->getRoot());
-    take(scene->getRoot());
+    take({0, 0, 5, 1, 0, 5, 0, 1, 5}, {0, 1, 2});
     for (const float length : {1e-30f, 1e-20f, 1.0f, 1e20f, std::numeric_limits<float>::max()}) {
         const auto hit = octree.pick(Ray(Vector3f(0.25f, 0.25f, 0), Vector3f(0, 0, length)));
         ASSERT_TRUE(hit) << length;
@@ -250,12 +250,9 @@ TEST_F(Picking, FacesOfOtherPrimitivesAreHitWhereTheirVerticesStand) {
 }
 
 TEST_F(Picking, EquallyNearFacesAreHitInOrder) {
-    const auto mesh = test::makePositions("t", {0, 0, 0, 1, 0, 0, 0, 1, 0});
     std::vector<unsigned int> indices;
     for (unsigned int i = 0; i < 60; ++i) indices.push_back(i % 3);
-    test::addTriangles(mesh, indices);
-    test::place(mesh, *scene->getRoot());
-    take(scene->getRoot());
+    take({0, 0, 0, 1, 0, 0, 0, 1, 0}, indices);
     const Ray ray(Vector3f(0.2f, 0.2f, 1), Vector3f(0, 0, -1));
     EXPECT_EQ(octree.pick(ray)->faceIndex, 0u);
     const auto all = octree.pickAll(ray);
@@ -264,10 +261,7 @@ TEST_F(Picking, EquallyNearFacesAreHitInOrder) {
 }
 
 TEST_F(Picking, AnOctreeIsASnapshot) {
-    const auto mesh = test::makePositions("t", {0, 0, 0, 1, 0, 0, 0, 1, 0});
-    test::addTriangles(mesh, {0, 1, 2});
-    test::place(mesh, *scene->getRoot());
-    take(scene->getRoot());
+    take({0, 0, 0, 1, 0, 0, 0, 1, 0}, {0, 1, 2});
     const Ray ray(Vector3f(0.2f, 0.2f, 1), Vector3f(0, 0, -1));
     octree.setSceneNode({});
     EXPECT_TRUE(octree.pick(ray));

@@ -1,5 +1,4 @@
 #include <functional>
-#include <string>
 
 #include <boost/make_shared.hpp>
 #include <gtest/gtest.h>

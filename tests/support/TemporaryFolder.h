@@ -1,15 +1,19 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <vector>
 
-/// A folder that goes with the test.
+namespace vantorix::test {
+
+/// An empty folder that goes with this object.
 class TemporaryFolder {
 public:
     TemporaryFolder() {
-        std::string name = (std::filesystem::temp_directory_path() / "importXXXXXX").string();
+        std::string name = (std::filesystem::temp_directory_path() / "vantorix_XXXXXX").string();
         if (::mkdtemp(name.data())) path_ = name;
     }
     ~TemporaryFolder() {
@@ -27,7 +31,20 @@ public:
         return file.string();
     }
     std::string path(const std::string& name = "") const { return (path_ / name).string(); }
+    bool has(const std::string& name) const { return std::filesystem::exists(path_ / name); }
+
+    /// Names of all that is in it, in order.
+    std::vector<std::string> list() const {
+        std::vector<std::string> names;
+        for (const auto& entry : std::filesystem::directory_iterator(path_)) {
+            names.push_back(entry.path().filename());
+        }
+        std::sort(names.begin(), names.end());
+        return names;
+    }
 
 private:
     std::filesystem::path path_;
 };
+
+}  // namespace vantorix::test
