@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 #include <map>
 #include <random>
@@ -191,6 +192,7 @@ struct RandomMesh {
         vertices = makeStream("p", 3, values(300));
         normals = makeStream("n", 3, values(300));
         textures = makeStream("t", 2, values(200));
+        if (seed >= 12) takeDistinctStreams(seed);
         std::vector<StreamMapping> mappings = {StreamMapping(VERTEX, {}, 0)};
         sharesNormals = seed % 3 == 0;
         hasTextures = seed % 2 == 0;
@@ -213,6 +215,26 @@ struct RandomMesh {
         if (sharesNormals) mesh->addVerticesMapping(StreamMapping(NORMAL, normals, 0));
         primitive = boost::make_shared<TriangleMeshPrimitive>(mesh, mappings, indices);
         mesh->addPrimitive(primitive);
+    }
+
+    /// Streams that know no two of their tuples to be equal, until somebody writes to one.
+    void takeDistinctStreams(unsigned int seed) {
+        vertices = makeDistinctStream("p", 3);
+        normals = makeDistinctStream("n", 3);
+        textures = makeDistinctStream("t", 2);
+        if (seed % 4 < 2) return;
+        std::copy_n(vertices->values.begin(), 9, vertices->values.begin() + 9);
+        std::copy_n(textures->values.begin(), 4, textures->values.begin() + 8);
+    }
+
+    boost::shared_ptr<Stream> makeDistinctStream(const char* name, int size) {
+        const auto stream = boost::make_shared<Stream>(name, size, false);
+        while (stream->count < 100) {
+            auto tuple = values(static_cast<std::size_t>(size));
+            tuple[0] += 0.1f * static_cast<float>(below(20));
+            stream->insertValue(size, tuple.data());
+        }
+        return stream;
     }
 
     unsigned int below(unsigned int limit) { return static_cast<unsigned int>(random()) % limit; }
@@ -312,7 +334,7 @@ TEST_P(SubdivisionModel, GivesTheSameStreamsRecordsAndInfluences) {
     EXPECT_TRUE(haveSameBytes(skin.getVertexWeightsInput("WEIGHT")->values, weights.values));
 }
 
-INSTANTIATE_TEST_SUITE_P(Meshes, SubdivisionModel, ::testing::Range(0u, 12u));
+INSTANTIATE_TEST_SUITE_P(Meshes, SubdivisionModel, ::testing::Range(0u, 24u));
 
 }  // namespace
 }  // namespace vantorix::scene
