@@ -88,6 +88,12 @@ bool FaceAssembler::haveValues(StreamSemantic semantic, std::size_t count) const
     return likely || count == 0;
 }
 
+std::optional<TupleReader> FaceAssembler::plainPositions(std::size_t slot) const {
+    const bool isPlain = positions_.size() == 1 && positions_.front().slot == slot &&
+                         positions_.front().tuples.size() == 3;
+    return isPlain ? std::optional(positions_.front().tuples) : std::nullopt;
+}
+
 bool FaceAssembler::areKnownDistinct(StreamSemantic semantic, std::size_t size) const {
     const auto* const last = findLast(semantic);
     const auto isOther = [&](const Input& input) {

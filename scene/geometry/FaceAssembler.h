@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <vector>
 
 #include <Eigen/Core>
@@ -60,6 +61,9 @@ public:
         }
         return Eigen::Vector3f::Zero();
     }
+
+    /// Where positions come from no other slot than this one, three floats each: what reads them.
+    std::optional<TupleReader> plainPositions(std::size_t slot) const;
 
 private:
     /// One value of each vertex.

@@ -30,6 +30,33 @@ std::vector<Eigen::Vector3f> normalized(const std::vector<PaddedVector>& sums) {
     return normals;
 }
 
+/// The records of a primitive.
+struct Records {
+    const std::vector<unsigned int>& indices;
+    std::size_t stride;
+    std::size_t positionSlot;
+};
+
+/// Adds up the face normals at each of @p count positions. @p positionAt is called with the place
+/// of a record.
+template <typename PositionAt>
+std::vector<PaddedVector> addFaceNormals(const Records& records, std::size_t count,
+                                         const PositionAt& positionAt) {
+    std::vector<PaddedVector> sums(count, PaddedVector{});
+    const std::size_t stride = records.stride;
+    const std::size_t faceSize = stride * 3;
+    for (std::size_t start = 0; start + faceSize <= records.indices.size(); start += faceSize) {
+        const auto first = positionAt(start);
+        const auto normal = faceNormal(usableEdge(first, positionAt(start + stride)),
+                                       usableEdge(first, positionAt(start + 2 * stride)));
+        for (std::size_t record = start; record < start + faceSize; record += stride) {
+            const std::size_t position = records.indices[record + records.positionSlot];
+            if (position < count) sums[position] += normal;
+        }
+    }
+    return sums;
+}
+
 void setValues(Stream& stream, const std::vector<Eigen::Vector3f>& normals) {
     // The stream's count stays as it was.
     static_assert(sizeof(Eigen::Vector3f) == 3 * sizeof(float));
@@ -58,18 +85,15 @@ TriangleMeshPrimitive::Normals TriangleMeshPrimitive::calculateNormals(const Mes
                                                                        std::size_t count) const {
     const auto stride = static_cast<std::size_t>(calculateIndexStreamStride());
     const FaceAssembler faces(streamMappings_, &mesh, indexStream_, stride);
-    std::vector<PaddedVector> sums(count, PaddedVector{});
-    const std::size_t faceSize = stride * 3;
-    for (std::size_t start = 0; start + faceSize <= indexStream_.size(); start += faceSize) {
-        const auto first = faces.position(start);
-        const auto normal = faceNormal(usableEdge(first, faces.position(start + stride)),
-                                       usableEdge(first, faces.position(start + 2 * stride)));
-        for (std::size_t record = start; record < start + faceSize; record += stride) {
-            const std::size_t position = indexStream_[record + positionSlot];
-            if (position < count) sums[position] += normal;
-        }
+    const Records records{indexStream_, stride, positionSlot};
+    if (const auto positions = faces.plainPositions(positionSlot)) {
+        return normalized(addFaceNormals(records, count, [&](std::size_t record) {
+            const float* const found = positions->find(records.indices[record + positionSlot]);
+            return found ? positions->toVector(found) : Eigen::Vector3f::Zero();
+        }));
     }
-    return normalized(sums);
+    return normalized(addFaceNormals(
+        records, count, [&faces](std::size_t record) { return faces.position(record); }));
 }
 
 void TriangleMeshPrimitive::storeNormals(Mesh& mesh, std::size_t positionSlot,
