@@ -18,6 +18,7 @@ if(VANTORIX_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
         "${VANTORIX_CCACHE}")
 endif()
 
+set(CMAKE_UNITY_BUILD "$ENV{VANTORIX_UNITY}" CACHE BOOL "Compile eight sources at a time")
 set(VANTORIX_UNITY_TESTS "$ENV{VANTORIX_UNITY_TESTS}" CACHE BOOL "Compile eight sources of a test at a time")
 
 set(VANTORIX_SANITIZER "" CACHE STRING "Instrument everything: address, undefined, thread or empty")
@@ -31,6 +32,11 @@ add_library(vantorix_warnings INTERFACE)
 target_compile_options(vantorix_warnings INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion
     $<$<BOOL:${VANTORIX_WERROR}>:-Werror>)
+if(CMAKE_UNITY_BUILD)
+    # A local name may shadow one of the source before, which is no fault.
+    target_compile_options(vantorix_warnings INTERFACE -Wno-error=shadow
+        $<$<CXX_COMPILER_ID:GNU>:-Wno-error=subobject-linkage>)
+endif()
 # ccache can only cache a compilation with clang's precompiled headers when they carry no time.
 target_compile_options(vantorix_warnings INTERFACE
     $<$<CXX_COMPILER_ID:Clang>:-Xclang;-fno-pch-timestamp>
