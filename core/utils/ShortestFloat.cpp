@@ -105,12 +105,11 @@ std::uint64_t digitBytes(std::uint32_t number) {
 constexpr std::uint64_t zeroCharacters = 0x3030303030303030u;
 
 /// Writes characters of which the first stands lowest.
-char* writeBytes(char* out, std::uint64_t bytes) {
+void writeBytes(char* out, std::uint64_t bytes) {
 #if __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__
     bytes = __builtin_bswap64(bytes);
 #endif
     std::memcpy(out, &bytes, sizeof(bytes));
-    return out + sizeof(bytes);
 }
 
 /// d.dddddddd * 10^(whole - 1): the digits of a decimal, its zeros at the end left out.
