@@ -8,6 +8,7 @@
 #include <boost/make_shared.hpp>
 
 #include "scene/geometry/BoxRules.h"
+#include "scene/geometry/FaceLayout.h"
 #include "scene/geometry/LogWriters.h"
 #include "scene/geometry/MappingSearch.h"
 #include "scene/geometry/Mesh.h"
@@ -185,36 +186,36 @@ const StreamMapping* MeshPrimitiveBase::findSlotMapping(StreamSemantic semantic)
 boost::shared_ptr<Stream> MeshPrimitiveBase::validateStreamStateForVertexElement(
     boost::shared_ptr<VertexElement> element, bool deduplicate) {
     if (!element || !peekMesh()) return {};
-    const auto stream = getStreamBySemantic(element->semantic);
-    return stream ? stream : addStreamFor(*element, deduplicate);
+    return prepareStream(element->semantic, element->size, deduplicate);
 }
 
-boost::shared_ptr<Stream> MeshPrimitiveBase::addStreamFor(const VertexElement& element,
-                                                          bool deduplicate) {
-    if (element.semantic == POSITION) {
-        addPositionStreamsFor(element, deduplicate);
+boost::shared_ptr<Stream> MeshPrimitiveBase::prepareStream(StreamSemantic semantic, int size,
+                                                           bool deduplicate) {
+    if (auto present = getStreamBySemantic(semantic)) return present;
+    if (semantic == POSITION) {
+        addPositionStreams(size, deduplicate);
         return {};  // Callers look the position stream up again.
     }
-    const auto stream = boost::make_shared<Stream>(
-        streamSemanticToString(element.semantic) + "_stream", element.size, !deduplicate);
+    const auto stream = boost::make_shared<Stream>(streamSemanticToString(semantic) + "_stream",
+                                                   size, !deduplicate);
     const int nextSlot = getIndexStreamStride();
     streamMappings_.reserve(streamMappings_.size() + 1);  // No stream without its mapping.
     peekMesh()->addStream(stream);
-    streamMappings_.emplace_back(element.semantic, stream, nextSlot);
+    streamMappings_.emplace_back(semantic, stream, nextSlot);
     return stream;
 }
 
-void MeshPrimitiveBase::addPositionStreamsFor(const VertexElement& element, bool deduplicate) {
+void MeshPrimitiveBase::addPositionStreams(int size, bool deduplicate) {
     auto& mesh = *peekMesh();
     // The way to the positions first: where they are found, nobody asks for it any more.
     if (!getStreamBySemantic(VERTEX)) {
         // Only carries the indirection to the vertices mappings, so the mesh does not list it.
         const auto placeholder =
-            boost::make_shared<Stream>(mesh.getVerticesID(), element.size, !deduplicate);
+            boost::make_shared<Stream>(mesh.getVerticesID(), size, !deduplicate);
         streamMappings_.emplace_back(VERTEX, placeholder, 0);
     }
     if (!mesh.getVertices().empty()) return;
-    const auto stream = boost::make_shared<Stream>("position_stream", element.size, !deduplicate);
+    const auto stream = boost::make_shared<Stream>("position_stream", size, !deduplicate);
     mesh.addStream(stream);
     try {
         mesh.addVerticesMapping(StreamMapping(POSITION, stream, 0));

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -17,9 +19,12 @@
 
 namespace vantorix::scene {
 
+class FaceLayout;
+class FaceRows;
 class Stream;
 class Vertex;
 struct VertexElement;
+struct VertexValue;
 
 /// What triangle and polygon primitives share: mappings, index records, box, material symbol, and
 /// the rules by which a semantic finds its stream, in the primitive's own mappings first and then
@@ -125,8 +130,8 @@ private:
     const StreamMapping* findMapping(StreamSemantic semantic) const;
     const StreamMapping* findSharedMapping(StreamSemantic semantic) const;
     const StreamMapping* findSlotMapping(StreamSemantic semantic);
-    boost::shared_ptr<Stream> addStreamFor(const VertexElement& element, bool deduplicate);
-    void addPositionStreamsFor(const VertexElement& element, bool deduplicate);
+    boost::shared_ptr<Stream> prepareStream(StreamSemantic semantic, int size, bool deduplicate);
+    void addPositionStreams(int size, bool deduplicate);
 
     /// Where the elements of one semantic go while a face is added.
     struct Input {
@@ -142,11 +147,14 @@ private:
     bool findInputs(const Vertex& corner, Inputs& inputs) const;
     bool canAddStreamFor(StreamSemantic semantic) const;
     bool prepareStreams(const Vertex& corner, bool deduplicate, Inputs& inputs);
-    /// False, with nothing changed, for a face that is not as faces usually are.
-    bool appendUsual(const Corners& corners);
-    bool findColumns(const Vertex& corner, std::size_t stride, Columns& columns);
+    /// False, with nothing changed, where not all streams and slots are as they usually are.
+    bool appendUsual(const FaceRows& rows);
+    /// The layout of faces whose corners have that shape, from the last face where it still holds;
+    /// null where their streams and slots are not as they usually are.
+    const FaceLayout* findLayout(std::uint64_t shape);
+    void appendRows(const FaceLayout& layout, const FaceRows& rows);
     bool appendRecord(const Vertex& corner, std::size_t stride, Inputs& inputs);
-    bool storeElement(const VertexElement& element, Input& input, IndexRecord& record);
+    bool storeValue(const VertexValue& value, Input& input, IndexRecord& record);
     void growBox(const Eigen::Vector3f& sample);
     void growBox(const float* positions, std::size_t size, std::size_t count);
 
@@ -155,6 +163,7 @@ private:
     Mesh* meshAddress_;
     std::string materialSymbol_;
     Eigen::Vector3f bvMin_, bvMax_;
+    std::unique_ptr<FaceLayout> layout_;  // Of the last faces.
 };
 
 }  // namespace vantorix::scene

@@ -3,63 +3,34 @@
 #include <algorithm>
 
 #include "scene/geometry/BoxRules.h"
+#include "scene/geometry/FaceLayout.h"
+#include "scene/geometry/FaceRows.h"
 #include "scene/geometry/MappingSearch.h"
 #include "scene/geometry/Mesh.h"
 #include "scene/geometry/MeshPrimitiveBase.h"
 #include "scene/geometry/Stream.h"
+#include "scene/geometry/TupleIndex.h"
 #include "scene/geometry/Vertex.h"
-#include "scene/geometry/VertexElement.h"
+#include "scene/geometry/VertexValues.h"
 
 namespace vantorix::scene {
 namespace {
 
-Eigen::Vector3f toSample(const VertexElement& position) {
-    const auto size = static_cast<std::size_t>(std::max(position.size, 0));
+Eigen::Vector3f toSample(const float* values, std::size_t size) {
     requireSampleSize(size);
     Eigen::Vector3f sample = Eigen::Vector3f::Zero();
-    std::copy_n(position.values, size, sample.data());
+    std::copy_n(values, size, sample.data());
     return sample;
-}
-
-/// Whether both have elements of the same semantics and sizes, with values, in the same order.
-bool isAlike(const Vertex& left, const Vertex& right) {
-    const auto& elements = left.getElements();
-    const auto& others = right.getElements();
-    if (elements.size() != others.size()) return false;
-    for (std::size_t i = 0; i < elements.size(); ++i) {
-        const auto& element = *elements[i];
-        const auto& other = *others[i];
-        if (element.semantic != other.semantic || element.size != other.size) return false;
-        if (!element.values) return false;
-    }
-    return true;
-}
-
-/// Few floats are copied faster one by one than by a call.
-float* copyFloats(const float* from, std::size_t count, float* to) {
-    if (count > 4) return std::copy_n(from, count, to);
-    to[0] = from[0];
-    if (count > 1) to[1] = from[1];
-    if (count > 2) to[2] = from[2];
-    if (count > 3) to[3] = from[3];
-    return to + count;
-}
-
-/// Faces often lie far apart in memory: all that a face refers to is asked for at once.
-template <typename Corners>
-void fetchElements(const Corners& corners) {
-    for (const auto& corner : corners) __builtin_prefetch(corner.get());
-    for (const auto& corner : corners) {
-        if (!corner) continue;
-        for (const auto& element : corner->getElements()) __builtin_prefetch(element.get());
-    }
 }
 
 }  // namespace
 
 bool MeshPrimitiveBase::appendFace(const Corners& corners, bool deduplicate) {
-    fetchElements(corners);
-    if (appendUsual(corners)) return true;
+    // Vertices often lie far apart in memory: all are asked for at once.
+    for (const auto& corner : corners) __builtin_prefetch(corner.get());
+    FaceRows rows;
+    const bool isUsual = rows.read(corners);
+    if (isUsual && appendUsual(rows)) return true;
     const auto mesh = lockMesh();
     if (!mesh) return false;
     Inputs inputs;
@@ -70,7 +41,7 @@ bool MeshPrimitiveBase::appendFace(const Corners& corners, bool deduplicate) {
     for (const auto& corner : corners) {
         if (!prepareStreams(*corner, deduplicate, inputs)) return false;
     }
-    if (appendUsual(corners)) return true;
+    if (isUsual && appendUsual(rows)) return true;
     const auto stride = static_cast<std::size_t>(calculateIndexStreamStride());
     for (const auto& corner : corners) {
         if (!appendRecord(*corner, stride, inputs)) return false;  // No rollback: others stay.
@@ -86,13 +57,13 @@ MeshPrimitiveBase::Input* MeshPrimitiveBase::findInput(Inputs& inputs, StreamSem
 }
 
 bool MeshPrimitiveBase::findInputs(const Vertex& corner, Inputs& inputs) const {
-    for (const auto& element : corner.getElements()) {
-        if (element->size > 0 && !element->values) return false;
-        if (findInput(inputs, element->semantic)) continue;
-        const auto* const mapping = findMapping(element->semantic);
+    for (const auto& value : VertexValues::of(corner)) {
+        if (value.size > 0 && !value.values) return false;
+        if (findInput(inputs, value.semantic)) continue;
+        const auto* const mapping = findMapping(value.semantic);
         auto* const stream = mapping ? mapping->stream.get() : nullptr;
-        if (!stream && !canAddStreamFor(element->semantic)) return false;
-        inputs.push_back({element->semantic, stream, Input::unknownSlot});
+        if (!stream && !canAddStreamFor(value.semantic)) return false;
+        inputs.push_back({value.semantic, stream, Input::unknownSlot});
     }
     return true;
 }
@@ -104,13 +75,13 @@ bool MeshPrimitiveBase::canAddStreamFor(StreamSemantic semantic) const {
 }
 
 bool MeshPrimitiveBase::prepareStreams(const Vertex& corner, bool deduplicate, Inputs& inputs) {
-    for (const auto& element : corner.getElements()) {
-        auto* const input = findInput(inputs, element->semantic);
+    for (const auto& value : VertexValues::of(corner)) {
+        auto* const input = findInput(inputs, value.semantic);
         if (!input->stream) {
-            validateStreamStateForVertexElement(element, deduplicate);
-            input->stream = getStreamBySemantic(element->semantic).get();
+            prepareStream(value.semantic, value.size, deduplicate);
+            input->stream = getStreamBySemantic(value.semantic).get();
         }
-        if (input->stream && input->stream->stride != element->size) return false;
+        if (input->stream && input->stream->stride != value.size) return false;
     }
     return true;
 }
@@ -120,44 +91,57 @@ int MeshPrimitiveBase::findSlot(StreamSemantic semantic, const Stream& stream) {
     return getStreamMappingOffsetForSemantic(stream.allowDuplicates ? VERTEX : semantic);
 }
 
-// All corners have the same semantics in the same order, and their streams are there.
-bool MeshPrimitiveBase::appendUsual(const Corners& corners) {
-    if (corners.count == 0 || !*corners.first) return false;
-    const auto stride = static_cast<std::size_t>(calculateIndexStreamStride());
-    Columns columns;
-    if (!findColumns(**corners.first, stride, columns)) return false;
-    for (const auto& corner : corners) {
-        if (!corner || !isAlike(*corner, **corners.first)) return false;
-    }
-    std::size_t floats = 0;
-    for (const auto& column : columns) floats += column.size();
-    boost::container::small_vector<float, 64> values(floats * corners.count,
-                                                     boost::container::default_init);
-    float* next = values.data();
-    for (std::size_t i = 0; i < columns.size(); ++i) {
-        columns[i].values = next;
-        for (const auto& corner : corners) {
-            next = copyFloats(corner->getElements()[i]->values, columns[i].size(), next);
-        }
-    }
-    appendRecords(columns, corners.count, stride);
-    return true;
+bool MeshPrimitiveBase::appendUsual(const FaceRows& rows) {
+    const auto* const layout = findLayout(rows.shape());
+    if (layout) appendRows(*layout, rows);
+    return layout;
 }
 
-bool MeshPrimitiveBase::findColumns(const Vertex& corner, std::size_t stride, Columns& columns) {
-    // Without it a slot may be missing, which is logged when its element's turn comes.
-    if (!findBySemantic(streamMappings_, VERTEX)) return false;
-    for (const auto& element : corner.getElements()) {
-        const auto* const mapping = findMapping(element->semantic);
+const FaceLayout* MeshPrimitiveBase::findLayout(std::uint64_t shape) {
+    const auto* const mesh = peekMesh();
+    if (layout_ && layout_->isFor(shape, streamMappings_, mesh)) return layout_.get();
+    // Without it a slot may be missing, which is logged when its value's turn comes.
+    if (!findBySemantic(streamMappings_, VERTEX)) return nullptr;
+    const auto stride = static_cast<std::size_t>(calculateIndexStreamStride());
+    auto layout = std::make_unique<FaceLayout>(shape, streamMappings_, mesh, stride);
+    for (auto rest = shape; rest != 0; rest >>= VertexValues::bitsPerValue) {
+        const auto semantic = VertexValues::semanticIn(rest);
+        const auto* const mapping = findMapping(semantic);
         auto* const stream = mapping ? mapping->stream.get() : nullptr;
-        if (!stream || element->size <= 0 || element->size != stream->stride) return false;
-        const bool isPosition = element->semantic == POSITION;
-        if (isPosition && element->size > 3) return false;
-        const int slot = findSlot(element->semantic, *stream);
-        if (slot < 0 || static_cast<std::size_t>(slot) >= stride) return false;
-        columns.push_back({stream, static_cast<std::size_t>(slot), isPosition, nullptr});
+        const int slot = stream ? findSlot(semantic, *stream) : -1;
+        if (slot < 0 || static_cast<std::size_t>(slot) >= stride) return nullptr;
+        const bool isPosition = semantic == POSITION;
+        if (!layout->add(*stream, static_cast<std::size_t>(slot), isPosition)) return nullptr;
     }
-    return areIndependent(columns);
+    layout_ = std::move(layout);
+    return layout_.get();
+}
+
+void MeshPrimitiveBase::appendRows(const FaceLayout& layout, const FaceRows& face) {
+    const std::size_t count = face.count();
+    const auto* const rows = face.rows();
+    boost::container::small_vector<int, 16> keys(count, boost::container::default_init);
+    boost::container::small_vector<int, 16> tuples(count, boost::container::default_init);
+    const std::size_t first = indexStream_.size();
+    for (const auto& column : layout.columns()) {
+        for (std::size_t i = 0; column.isPosition && i < count; ++i) {
+            growBox(toSample(rows[i] + column.start, column.size));
+        }
+    }
+    const std::size_t stride = layout.stride();
+    indexStream_.resize(first + count * stride);
+    // Corners with equal values in the first column often have equal ones in the others.
+    const bool hasKeys = !layout.columns().front().allowsDuplicates;
+    bool isFirst = true;
+    for (const auto& column : layout.columns()) {
+        int* const indices = isFirst ? keys.data() : tuples.data();
+        column.stream->insertEach(TupleColumn{rows, column.start}, count, indices,
+                                  hasKeys && !isFirst ? keys.data() : nullptr);
+        unsigned int* index = indexStream_.data() + first + column.slot;
+        for (std::size_t i = 0; i < count; ++i, index += stride)
+            *index = static_cast<unsigned int>(indices[i]);
+        isFirst = false;
+    }
 }
 
 std::size_t MeshPrimitiveBase::Column::size() const {
@@ -188,7 +172,7 @@ void MeshPrimitiveBase::appendRecords(const Columns& columns, std::size_t count,
     for (const auto& column : columns) {
         const bool isFirst = &column == columns.data();
         int* const indices = isFirst ? keys.data() : tuples.data();
-        column.stream->insertEach(column.values, count, indices,
+        column.stream->insertEach(TupleRun{column.values}, count, indices,
                                   hasKeys && !isFirst ? keys.data() : nullptr);
         for (std::size_t i = 0; i < count; ++i) {
             indexStream_[first + i * stride + column.slot] = static_cast<unsigned int>(indices[i]);
@@ -203,28 +187,26 @@ void MeshPrimitiveBase::growBox(const float* positions, std::size_t size, std::s
         return;
     }
     for (std::size_t i = 0; i < count; ++i) {
-        Eigen::Vector3f sample = Eigen::Vector3f::Zero();
-        std::copy_n(positions + i * size, size, sample.data());
-        growBox(sample);
+        growBox(toSample(positions + i * size, size));
     }
 }
 
 bool MeshPrimitiveBase::appendRecord(const Vertex& corner, std::size_t stride, Inputs& inputs) {
     IndexRecord record;
     for (std::size_t slot = 0; slot < stride; ++slot) record.push_back(0u);
-    for (const auto& element : corner.getElements()) {
-        if (element->semantic == POSITION) growBox(toSample(*element));
-        auto* const input = findInput(inputs, element->semantic);
-        if (!input || !input->stream || !storeElement(*element, *input, record)) return false;
+    for (const auto& value : VertexValues::of(corner)) {
+        if (value.semantic == POSITION)
+            growBox(toSample(value.values, static_cast<std::size_t>(std::max(value.size, 0))));
+        auto* const input = findInput(inputs, value.semantic);
+        if (!input || !input->stream || !storeValue(value, *input, record)) return false;
     }
     indexStream_.insert(indexStream_.end(), record.begin(), record.end());
     return true;
 }
 
-bool MeshPrimitiveBase::storeElement(const VertexElement& element, Input& input,
-                                     IndexRecord& record) {
-    const int tuple = input.stream->insertValue(element.size, element.values);
-    if (input.slot == Input::unknownSlot) input.slot = findSlot(element.semantic, *input.stream);
+bool MeshPrimitiveBase::storeValue(const VertexValue& value, Input& input, IndexRecord& record) {
+    const int tuple = input.stream->insertValue(value.size, value.values);
+    if (input.slot == Input::unknownSlot) input.slot = findSlot(value.semantic, *input.stream);
     if (input.slot < 0 || static_cast<std::size_t>(input.slot) >= record.size()) {
         // The leading blank belongs to the text.
         logger_ << " [ERROR] Invalid stream mapping index for this vertex semantic.";

@@ -1,47 +1,17 @@
 #include "scene/geometry/PackedCorners.h"
 
 #include <cstring>
-#include <new>
+#include <vector>
 
 #include <boost/make_shared.hpp>
 
-#include "scene/geometry/BlockAllocation.h"
 #include "scene/geometry/Vertex.h"
-#include "scene/geometry/VertexElement.h"
+#include "scene/geometry/VertexValues.h"
 
 namespace vantorix::scene {
 namespace {
 
 using VertexBlock = std::array<Vertex, 3>;
-
-/// Elements in one block with the floats behind them, handed out one after the other.
-class ElementBlock {
-public:
-    ElementBlock(std::size_t elements, std::size_t floats) : element_(nullptr), floats_(nullptr) {
-        const std::size_t size = elements * sizeof(VertexElement) + floats * sizeof(float);
-        block_ = makeBlock<VertexElement>(size, [&](void* place, void*) {
-            // One element too many is reserved, so that none at all is possible too.
-            element_ = new (place) VertexElement[elements + 1];
-            floats_ = reinterpret_cast<float*>(element_ + elements + 1);
-            return element_;
-        });
-    }
-
-    boost::shared_ptr<VertexElement> next(StreamSemantic semantic, const std::uint32_t* words,
-                                          std::size_t size) {
-        element_->semantic = semantic;
-        element_->size = static_cast<int>(size);
-        element_->values = floats_;
-        std::memcpy(floats_, words, size * sizeof(float));
-        floats_ += size;
-        return boost::shared_ptr<VertexElement>(block_, element_++);
-    }
-
-private:
-    boost::shared_ptr<VertexElement> block_;
-    VertexElement* element_;
-    float* floats_;
-};
 
 }  // namespace
 
@@ -57,16 +27,17 @@ bool PackedCorners::setPositions(const std::array<Eigen::Vector3f, 3>& positions
 }
 
 std::array<boost::shared_ptr<Vertex>, 3> PackedCorners::makeVertices() const {
-    // Elements have a block apart: vertices that shared it with them would keep themselves alive.
-    ElementBlock elements(countValues(), ends_.back());
     const auto vertices = boost::make_shared<VertexBlock>();
     std::array<boost::shared_ptr<Vertex>, 3> handles;
+    std::vector<float> floats;
     for (std::size_t corner = 0; corner < handles.size(); ++corner) {
         handles[corner] = boost::shared_ptr<Vertex>(vertices, &(*vertices)[corner]);
         for (std::size_t word = begin(corner); word < ends_[corner];) {
             const auto value = read(word);
-            auto element = elements.next(value.semantic, words() + value.start, value.size);
-            handles[corner]->addElement(std::move(element), true);
+            floats.resize(value.size);
+            std::memcpy(floats.data(), words() + value.start, value.size * sizeof(float));
+            VertexValues::set(*handles[corner],
+                              {value.semantic, static_cast<int>(value.size), floats.data()});
             word = value.end();
         }
     }
@@ -87,12 +58,6 @@ PackedCorners::Value PackedCorners::findPosition(std::size_t corner) const {
         word = value.end();
     }
     return position;
-}
-
-std::size_t PackedCorners::countValues() const {
-    std::size_t count = 0;
-    for (std::size_t word = 0; word < ends_.back(); ++count) word = read(word).end();
-    return count;
 }
 
 }  // namespace vantorix::scene

@@ -55,7 +55,6 @@ private:
     Value read(std::size_t word) const;
     /// The position that counts; of size 0 and INVALID when there is none.
     Value findPosition(std::size_t corner) const;
-    std::size_t countValues() const;
     std::size_t begin(std::size_t corner) const { return corner == 0 ? 0 : ends_[corner - 1]; }
     std::uint32_t* words() { return reinterpret_cast<std::uint32_t*>(this + 1); }
     const std::uint32_t* words() const { return reinterpret_cast<const std::uint32_t*>(this + 1); }

@@ -77,18 +77,20 @@ void Stream::insertValues(int tupleStride, const float* tuples, std::size_t tupl
         for (std::size_t i = 0; i < tupleCount; ++i) indices[i] = insertValue(tupleStride, tuples);
     } else if (liesIn(values, tuples)) {
         const auto size = tupleCount * static_cast<std::size_t>(stride);
-        insertEach(copyFromInside(values, size, tuples).data(), tupleCount, indices, nullptr);
+        const auto copy = copyFromInside(values, size, tuples);
+        insertEach(TupleRun{copy.data()}, tupleCount, indices, nullptr);
     } else {
-        insertEach(tuples, tupleCount, indices, nullptr);
+        insertEach(TupleRun{tuples}, tupleCount, indices, nullptr);
     }
 }
 
-void Stream::insertEach(const float* tuples, std::size_t tupleCount, int* indices,
+template <typename Tuples>
+void Stream::insertEach(const Tuples& tuples, std::size_t tupleCount, int* indices,
                         const int* keys) {
     const auto tupleSize = static_cast<std::size_t>(stride);
     std::size_t done = 0;
     for (; done < tupleCount && !canInsertTogether(tupleCount); ++done) {
-        indices[done] = insert(tuples + done * tupleSize);
+        indices[done] = insert(tuples.at(done, tupleSize));
     }
     if (done == tupleCount) return;
     if (!index_) index_ = std::make_unique<TupleIndex>();
@@ -100,7 +102,7 @@ void Stream::insertEach(const float* tuples, std::size_t tupleCount, int* indice
         count = static_cast<int>(static_cast<unsigned int>(count) + appended);
     };
     try {
-        index_->insertAll(values, tupleSize, tuples + done * tupleSize, tupleCount - done,
+        index_->insertAll(values, tupleSize, tuples.from(done, tupleSize), tupleCount - done,
                           indices + done, keys ? keys + done : nullptr);
     } catch (...) {
         countAppended();  // What came in before the memory ended stays.
@@ -108,6 +110,11 @@ void Stream::insertEach(const float* tuples, std::size_t tupleCount, int* indice
     }
     countAppended();
 }
+
+template void Stream::insertEach(const TupleRun& tuples, std::size_t tupleCount, int* indices,
+                                 const int* keys);
+template void Stream::insertEach(const TupleColumn& tuples, std::size_t tupleCount, int* indices,
+                                 const int* keys);
 
 int Stream::insert(const float* value) {
     if (allowDuplicates) return appendTuple(value);

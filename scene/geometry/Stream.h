@@ -61,7 +61,8 @@ private:
     int insert(const float* value);
     int insert(const float* value, std::uint32_t hash);
     /// Tuples of a positive stride from outside values, with the keys of TupleIndex::insertAll.
-    void insertEach(const float* tuples, std::size_t tupleCount, int* indices, const int* keys);
+    template <typename Tuples>
+    void insertEach(const Tuples& tuples, std::size_t tupleCount, int* indices, const int* keys);
     int appendTuple(const float* value);
     /// Makes room for @p tupleCount more of them, and then some.
     void makeRoomFor(std::size_t tupleCount);

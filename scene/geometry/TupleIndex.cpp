@@ -138,7 +138,8 @@ std::size_t TupleIndex::search(const FloatArray& values, const float* value) {
     return searchFor<0>(values.data(), value);
 }
 
-void TupleIndex::insertAll(FloatArray& values, std::size_t stride, const float* tuples,
+template <typename Tuples>
+void TupleIndex::insertAll(FloatArray& values, std::size_t stride, const Tuples& tuples,
                            std::size_t count, int* indices, const int* keys) {
     if (!isUpToDate(values, stride)) readChanges(values, stride);
     if (stride == 3) return insertEach<3>(values, tuples, count, indices, keys);
@@ -146,8 +147,14 @@ void TupleIndex::insertAll(FloatArray& values, std::size_t stride, const float* 
     insertEach<0>(values, tuples, count, indices, keys);
 }
 
-template <std::size_t FixedStride>
-void TupleIndex::insertEach(FloatArray& values, const float* tuples, std::size_t count,
+template void TupleIndex::insertAll(FloatArray& values, std::size_t stride, const TupleRun& tuples,
+                                    std::size_t count, int* indices, const int* keys);
+template void TupleIndex::insertAll(FloatArray& values, std::size_t stride,
+                                    const TupleColumn& tuples, std::size_t count, int* indices,
+                                    const int* keys);
+
+template <std::size_t FixedStride, typename Tuples>
+void TupleIndex::insertEach(FloatArray& values, const Tuples& tuples, std::size_t count,
                             int* indices, const int* keys) {
     // A guess is as good as a search where an equal tuple can only be the lowest one.
     if (keys && isDistinct_) {
@@ -180,13 +187,13 @@ inline int TupleIndex::insertOne(FloatArray& values, const float* value, std::ui
     return static_cast<int>(tuple);
 }
 
-template <std::size_t FixedStride>
-void TupleIndex::insertFound(FloatArray& values, const float* tuples, std::size_t count,
+template <std::size_t FixedStride, typename Tuples>
+void TupleIndex::insertFound(FloatArray& values, const Tuples& tuples, std::size_t count,
                              int* indices) {
     std::array<std::uint32_t, ahead> hashes;
     const std::size_t stride = FixedStride == 0 ? stride_ : FixedStride;
     const auto prepare = [&](std::size_t i) {
-        const auto hash = hashTuple(tuples + i * stride, stride);
+        const auto hash = hashTuple(tuples.at(i, stride), stride);
         hashes[i % ahead] = hash;
         fetchEntry(hash);
     };
@@ -194,15 +201,15 @@ void TupleIndex::insertFound(FloatArray& values, const float* tuples, std::size_
     for (std::size_t i = 0; i < count; ++i) {
         const auto hash = hashes[i % ahead];
         if (i + ahead < count) prepare(i + ahead);
-        indices[i] = insertOne<FixedStride>(values, tuples + i * stride, hash);
+        indices[i] = insertOne<FixedStride>(values, tuples.at(i, stride), hash);
     }
 }
 
-template <std::size_t FixedStride>
-void TupleIndex::insertGuessed(FloatArray& values, const float* tuples, std::size_t count,
+template <std::size_t FixedStride, typename Tuples>
+void TupleIndex::insertGuessed(FloatArray& values, const Tuples& tuples, std::size_t count,
                                int* indices, const int* keys) {
     const std::size_t stride = FixedStride == 0 ? stride_ : FixedStride;
-    const auto hashOfTuple = [&](std::size_t i) { return hashTuple(tuples + i * stride, stride); };
+    const auto hashOfTuple = [&](std::size_t i) { return hashTuple(tuples.at(i, stride), stride); };
     const auto prepare = [&](std::size_t i) {
         // Hashed again when its turn comes: that is rare, and cheaper than to keep it.
         if (guessFor(keys[i]) == unused) fetchEntry(hashOfTuple(i));
@@ -211,7 +218,7 @@ void TupleIndex::insertGuessed(FloatArray& values, const float* tuples, std::siz
     for (std::size_t i = 0; i < std::min(aheadOfGuesses, count); ++i) prepare(i);
     for (std::size_t i = 0; i < count; ++i) {
         if (i + aheadOfGuesses < count) prepare(i + aheadOfGuesses);
-        const float* const value = tuples + i * stride;
+        const float* const value = tuples.at(i, stride);
         const std::size_t guess = guessFor(keys[i]);
         if (guess < indexed_ && isEqual(read.data() + guess * stride, value, stride)) {
             indices[i] = static_cast<int>(guess);

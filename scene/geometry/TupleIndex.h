@@ -9,6 +9,23 @@
 
 namespace vantorix::scene {
 
+/// Tuples that lie one after the other.
+struct TupleRun {
+    const float* at(std::size_t i, std::size_t stride) const { return first + i * stride; }
+    TupleRun from(std::size_t i, std::size_t stride) const { return {at(i, stride)}; }
+
+    const float* first;
+};
+
+/// Tuples at one place of several rows of floats.
+struct TupleColumn {
+    const float* at(std::size_t i, std::size_t) const { return rows[i] + place; }
+    TupleColumn from(std::size_t i, std::size_t) const { return {rows + i, place}; }
+
+    const float* const* rows;
+    std::size_t place;
+};
+
 /// Finds the lowest tuple of a float array that has given bytes.
 ///
 /// An open-addressing table of tuple numbers with 32 bits of each tuple's hash beside them.
@@ -49,7 +66,8 @@ public:
     /// mostTuples.
     /// @param keys  null, or a small number for each tuple: those with one number are often equal,
     ///              within this call or one before, and a tuple that is equal needs no search.
-    void insertAll(FloatArray& values, std::size_t stride, const float* tuples, std::size_t count,
+    template <typename Tuples>
+    void insertAll(FloatArray& values, std::size_t stride, const Tuples& tuples, std::size_t count,
                    int* indices, const int* keys);
 
 private:
@@ -72,13 +90,13 @@ private:
     [[gnu::always_inline]] std::size_t searchFor(const float* floats, const float* value);
     template <std::size_t FixedStride>
     [[gnu::always_inline]] void append(FloatArray& values, const float* value);
-    template <std::size_t FixedStride>
-    void insertEach(FloatArray& values, const float* tuples, std::size_t count, int* indices,
+    template <std::size_t FixedStride, typename Tuples>
+    void insertEach(FloatArray& values, const Tuples& tuples, std::size_t count, int* indices,
                     const int* keys);
-    template <std::size_t FixedStride>
-    void insertFound(FloatArray& values, const float* tuples, std::size_t count, int* indices);
-    template <std::size_t FixedStride>
-    void insertGuessed(FloatArray& values, const float* tuples, std::size_t count, int* indices,
+    template <std::size_t FixedStride, typename Tuples>
+    void insertFound(FloatArray& values, const Tuples& tuples, std::size_t count, int* indices);
+    template <std::size_t FixedStride, typename Tuples>
+    void insertGuessed(FloatArray& values, const Tuples& tuples, std::size_t count, int* indices,
                        const int* keys);
     template <std::size_t FixedStride>
     [[gnu::always_inline]] int insertOne(FloatArray& values, const float* value,

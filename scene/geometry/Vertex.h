@@ -1,5 +1,10 @@
 #pragma once
 
+#include <array>
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <initializer_list>
 #include <vector>
 
 #include <Eigen/Core>
@@ -15,11 +20,12 @@ struct VertexElement;
 
 /// A corner of a face: at most one element per semantic, in the order in which they came.
 ///
-/// Ownership: elements are shared; copies of a vertex share them.
-/// Threads: not locked.
+/// Ownership: elements are shared; copies of a vertex share them. What setters store becomes
+/// elements when somebody first asks for one of them, which needs memory.
+/// Threads: any number of threads may read one vertex; changes need a lock of the caller's.
 class VANTORIX_SCENE_EXPORT Vertex {
 public:
-    /// As many as vertices usually have lie in the vertex itself.
+    /// As many as vertices usually have lie in the list itself.
     using Elements = boost::container::small_vector<boost::shared_ptr<VertexElement>, 3>;
 
     Vertex();
@@ -35,7 +41,7 @@ public:
     /// An empty pointer outside the list.
     boost::shared_ptr<VertexElement> getElementAt(unsigned int index) const;
     boost::shared_ptr<VertexElement> getElementBySemantic(StreamSemantic semantic) const;
-    const Elements& getElements() const { return elements_; }
+    const Elements& getElements() const;
 
     /// @name Elements by meaning: an empty pointer when the vertex has none
     /// @{
@@ -90,11 +96,20 @@ public:
     void print() const;
 
 private:
+    friend class VertexValues;
+
     static StreamSemantic textureSemantic(int set);
     void setValues(StreamSemantic semantic, int size, const float* values);
     void setValues(StreamSemantic semantic, const std::vector<float>& values);
+    void setValues(StreamSemantic semantic, std::initializer_list<float> values);
+    Elements& makeElements() const;
 
-    Elements elements_;
+    // Made when somebody asks for it; from then on it counts instead of the values below.
+    mutable std::atomic<Elements*> elements_{nullptr};
+    // Few and small values lie in the vertex, one after the other: a byte for each, first ones
+    // lowest, with its semantic in the upper half and its size in the lower one, which is not 0.
+    std::uint64_t shape_ = 0;
+    std::array<float, 14> floats_;
 };
 
 }  // namespace vantorix::scene
