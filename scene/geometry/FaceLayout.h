@@ -12,25 +12,27 @@
 
 namespace vantorix::scene {
 
+/// Where the values of one semantic go while faces are added.
+struct FaceColumn {
+    Stream* stream;           ///< Held by its mapping.
+    std::size_t slot;         ///< Of the index records.
+    std::size_t start, size;  ///< In the floats of a corner.
+    bool isPosition;
+    bool allowsDuplicates;
+
+    bool isUnchanged() const {
+        return static_cast<std::size_t>(stream->stride) == size &&
+               stream->allowDuplicates == allowsDuplicates;
+    }
+};
+
 /// Where corners of one shape go: found once for many faces, as long as all that it was found from
 /// is as it was.
 class FaceLayout {
 public:
     using Shape = VertexValues::Shape;
 
-    struct Column {
-        Stream* stream;           ///< Held by its mapping.
-        std::size_t slot;         ///< Of the index records.
-        std::size_t start, size;  ///< In the floats of a corner.
-        bool isPosition;
-        bool allowsDuplicates;
-
-        bool isUnchanged() const {
-            return static_cast<std::size_t>(stream->stride) == size &&
-                   stream->allowDuplicates == allowsDuplicates;
-        }
-    };
-    using Columns = boost::container::small_vector<Column, 4>;
+    using Columns = boost::container::small_vector<FaceColumn, 4>;
 
     FaceLayout(Shape shape, const std::vector<StreamMapping>& mappings, const Mesh* mesh,
                std::size_t stride)
@@ -50,7 +52,7 @@ public:
             start += column.size;
             rest >>= VertexValues::bitsPerValue;
         }
-        const Column column{
+        const FaceColumn column{
             &stream, slot, start, VertexValues::sizeIn(rest), isPosition, stream.allowDuplicates};
         if (!column.isUnchanged() || (isPosition && column.size > 3)) return false;
         columns_.push_back(column);

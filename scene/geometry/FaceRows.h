@@ -30,7 +30,8 @@ public:
 
     VertexValues::Shape shape() const { return shape_; }
     std::size_t count() const { return rows_.size(); }
-    const float* const* rows() const { return rows_.data(); }
+    const float* const* data() const { return rows_.data(); }
+    const float* operator[](std::size_t corner) const { return rows_[corner]; }
 
 private:
     /// Values of elements, which may lie in the streams that will grow.

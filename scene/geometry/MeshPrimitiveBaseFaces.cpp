@@ -9,7 +9,6 @@
 #include "scene/geometry/Mesh.h"
 #include "scene/geometry/MeshPrimitiveBase.h"
 #include "scene/geometry/Stream.h"
-#include "scene/geometry/TupleIndex.h"
 #include "scene/geometry/Vertex.h"
 #include "scene/geometry/VertexValues.h"
 
@@ -23,11 +22,16 @@ Eigen::Vector3f toSample(const float* values, std::size_t size) {
     return sample;
 }
 
+using FaceIndices = boost::container::small_vector<int, 16>;
+
 }  // namespace
 
 bool MeshPrimitiveBase::appendFace(const Corners& corners, bool deduplicate) {
     // Vertices often lie far apart in memory: all are asked for at once.
-    for (const auto& corner : corners) __builtin_prefetch(corner.get());
+    for (const auto& corner : corners) {
+        __builtin_prefetch(corner.get());
+        __builtin_prefetch(reinterpret_cast<const std::byte*>(corner.get()) + sizeof(Vertex) - 1);
+    }
     FaceRows rows;
     const bool isUsual = rows.read(corners);
     if (isUsual && appendUsual(rows)) return true;
@@ -117,31 +121,53 @@ const FaceLayout* MeshPrimitiveBase::findLayout(std::uint64_t shape) {
     return layout_.get();
 }
 
-void MeshPrimitiveBase::appendRows(const FaceLayout& layout, const FaceRows& face) {
-    const std::size_t count = face.count();
-    const auto* const rows = face.rows();
-    boost::container::small_vector<int, 16> keys(count, boost::container::default_init);
-    boost::container::small_vector<int, 16> tuples(count, boost::container::default_init);
-    const std::size_t first = indexStream_.size();
+void MeshPrimitiveBase::appendRows(const FaceLayout& layout, const FaceRows& rows) {
+    const std::size_t count = rows.count();
+    FaceIndices keys(count, boost::container::default_init);
+    FaceIndices tuples(count, boost::container::default_init);
     for (const auto& column : layout.columns()) {
-        for (std::size_t i = 0; column.isPosition && i < count; ++i) {
-            growBox(toSample(rows[i] + column.start, column.size));
-        }
+        if (column.isPosition) growBox(rows, column.start, column.size);
     }
+    const std::size_t first = indexStream_.size();
     const std::size_t stride = layout.stride();
     indexStream_.resize(first + count * stride);
     // Corners with equal values in the first column often have equal ones in the others.
     const bool hasKeys = !layout.columns().front().allowsDuplicates;
-    bool isFirst = true;
+    int* indices = keys.data();
     for (const auto& column : layout.columns()) {
-        int* const indices = isFirst ? keys.data() : tuples.data();
-        column.stream->insertEach(TupleColumn{rows, column.start}, count, indices,
-                                  hasKeys && !isFirst ? keys.data() : nullptr);
+        const bool isFirst = &column == layout.columns().data();
+        insertColumn(column, rows, indices, hasKeys && !isFirst ? keys.data() : nullptr);
         unsigned int* index = indexStream_.data() + first + column.slot;
-        for (std::size_t i = 0; i < count; ++i, index += stride)
+        for (std::size_t i = 0; i < count; ++i, index += stride) {
             *index = static_cast<unsigned int>(indices[i]);
-        isFirst = false;
+        }
+        indices = tuples.data();
     }
+}
+
+void MeshPrimitiveBase::insertColumn(const FaceColumn& column, const FaceRows& rows, int* indices,
+                                     const int* keys) {
+    const std::size_t count = rows.count();
+    if (column.stream->insertFew(rows.data(), column.start, count, indices, keys)) return;
+    boost::container::small_vector<float, 32> values;
+    for (std::size_t i = 0; i < count; ++i) {
+        const float* const value = rows[i] + column.start;
+        values.insert(values.end(), value, value + column.size);
+    }
+    column.stream->insertEach(values.data(), count, indices, keys);
+}
+
+void MeshPrimitiveBase::growBox(const FaceRows& rows, std::size_t place, std::size_t size) {
+    Eigen::Vector3f low = bvMin_, high = bvMax_;
+    for (std::size_t i = 0; i < rows.count(); ++i) {
+        const float* const value = rows[i] + place;
+        const Eigen::Vector3f sample =
+            size == 3 ? Eigen::Vector3f(value[0], value[1], value[2]) : toSample(value, size);
+        extend<LowerBound>(low, sample);
+        extend<UpperBound>(high, sample);
+    }
+    bvMin_ = low;
+    bvMax_ = high;
 }
 
 std::size_t MeshPrimitiveBase::Column::size() const {
@@ -172,7 +198,7 @@ void MeshPrimitiveBase::appendRecords(const Columns& columns, std::size_t count,
     for (const auto& column : columns) {
         const bool isFirst = &column == columns.data();
         int* const indices = isFirst ? keys.data() : tuples.data();
-        column.stream->insertEach(TupleRun{column.values}, count, indices,
+        column.stream->insertEach(column.values, count, indices,
                                   hasKeys && !isFirst ? keys.data() : nullptr);
         for (std::size_t i = 0; i < count; ++i) {
             indexStream_[first + i * stride + column.slot] = static_cast<unsigned int>(indices[i]);

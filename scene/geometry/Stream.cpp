@@ -77,44 +77,49 @@ void Stream::insertValues(int tupleStride, const float* tuples, std::size_t tupl
         for (std::size_t i = 0; i < tupleCount; ++i) indices[i] = insertValue(tupleStride, tuples);
     } else if (liesIn(values, tuples)) {
         const auto size = tupleCount * static_cast<std::size_t>(stride);
-        const auto copy = copyFromInside(values, size, tuples);
-        insertEach(TupleRun{copy.data()}, tupleCount, indices, nullptr);
+        insertEach(copyFromInside(values, size, tuples).data(), tupleCount, indices, nullptr);
     } else {
-        insertEach(TupleRun{tuples}, tupleCount, indices, nullptr);
+        insertEach(tuples, tupleCount, indices, nullptr);
     }
 }
 
-template <typename Tuples>
-void Stream::insertEach(const Tuples& tuples, std::size_t tupleCount, int* indices,
+void Stream::insertEach(const float* tuples, std::size_t tupleCount, int* indices,
                         const int* keys) {
     const auto tupleSize = static_cast<std::size_t>(stride);
     std::size_t done = 0;
     for (; done < tupleCount && !canInsertTogether(tupleCount); ++done) {
-        indices[done] = insert(tuples.at(done, tupleSize));
+        indices[done] = insert(tuples + done * tupleSize);
     }
     if (done == tupleCount) return;
     if (!index_) index_ = std::make_unique<TupleIndex>();
     const std::size_t before = values.size();
-    const auto countAppended = [&] {
-        if (values.size() == before) return;
-        // As in appendTuple.
-        const auto appended = static_cast<unsigned int>((values.size() - before) / tupleSize);
-        count = static_cast<int>(static_cast<unsigned int>(count) + appended);
-    };
     try {
-        index_->insertAll(values, tupleSize, tuples.from(done, tupleSize), tupleCount - done,
+        index_->insertAll(values, tupleSize, tuples + done * tupleSize, tupleCount - done,
                           indices + done, keys ? keys + done : nullptr);
     } catch (...) {
-        countAppended();  // What came in before the memory ended stays.
+        countAppended(before);  // What came in before the memory ended stays.
         throw;
     }
-    countAppended();
+    countAppended(before);
 }
 
-template void Stream::insertEach(const TupleRun& tuples, std::size_t tupleCount, int* indices,
-                                 const int* keys);
-template void Stream::insertEach(const TupleColumn& tuples, std::size_t tupleCount, int* indices,
-                                 const int* keys);
+bool Stream::insertFew(const float* const* rows, std::size_t place, std::size_t tupleCount,
+                       int* indices, const int* keys) {
+    if (allowDuplicates || stride <= 0 || !index_ || !TupleIndex::isUsableOn(values)) return false;
+    const std::size_t before = values.size();
+    const auto tupleSize = static_cast<std::size_t>(stride);
+    if (!index_->insertFew(values, tupleSize, rows, place, tupleCount, indices, keys)) return false;
+    countAppended(before);
+    return true;
+}
+
+void Stream::countAppended(std::size_t sizeBefore) {
+    if (values.size() == sizeBefore) return;
+    const auto appended = (values.size() - sizeBefore) / static_cast<std::size_t>(stride);
+    // As in appendTuple.
+    count =
+        static_cast<int>(static_cast<unsigned int>(count) + static_cast<unsigned int>(appended));
+}
 
 int Stream::insert(const float* value) {
     if (allowDuplicates) return appendTuple(value);

@@ -138,8 +138,7 @@ std::size_t TupleIndex::search(const FloatArray& values, const float* value) {
     return searchFor<0>(values.data(), value);
 }
 
-template <typename Tuples>
-void TupleIndex::insertAll(FloatArray& values, std::size_t stride, const Tuples& tuples,
+void TupleIndex::insertAll(FloatArray& values, std::size_t stride, const float* tuples,
                            std::size_t count, int* indices, const int* keys) {
     if (!isUpToDate(values, stride)) readChanges(values, stride);
     if (stride == 3) return insertEach<3>(values, tuples, count, indices, keys);
@@ -147,14 +146,8 @@ void TupleIndex::insertAll(FloatArray& values, std::size_t stride, const Tuples&
     insertEach<0>(values, tuples, count, indices, keys);
 }
 
-template void TupleIndex::insertAll(FloatArray& values, std::size_t stride, const TupleRun& tuples,
-                                    std::size_t count, int* indices, const int* keys);
-template void TupleIndex::insertAll(FloatArray& values, std::size_t stride,
-                                    const TupleColumn& tuples, std::size_t count, int* indices,
-                                    const int* keys);
-
-template <std::size_t FixedStride, typename Tuples>
-void TupleIndex::insertEach(FloatArray& values, const Tuples& tuples, std::size_t count,
+template <std::size_t FixedStride>
+void TupleIndex::insertEach(FloatArray& values, const float* tuples, std::size_t count,
                             int* indices, const int* keys) {
     // A guess is as good as a search where an equal tuple can only be the lowest one.
     if (keys && isDistinct_) {
@@ -187,13 +180,26 @@ inline int TupleIndex::insertOne(FloatArray& values, const float* value, std::ui
     return static_cast<int>(tuple);
 }
 
-template <std::size_t FixedStride, typename Tuples>
-void TupleIndex::insertFound(FloatArray& values, const Tuples& tuples, std::size_t count,
+template <std::size_t FixedStride>
+inline int TupleIndex::insertByGuess(FloatArray& values, const float* value, int key) {
+    const std::size_t stride = FixedStride == 0 ? stride_ : FixedStride;
+    const float* const floats = static_cast<const FloatArray&>(values).data();
+    const std::size_t guess = guessFor(key);
+    if (guess < indexed_ && isEqual(floats + guess * stride, value, stride)) {
+        return static_cast<int>(guess);
+    }
+    const int tuple = insertOne<FixedStride>(values, value, hashTuple(value, stride));
+    noteGuess(key, tuple);
+    return tuple;
+}
+
+template <std::size_t FixedStride>
+void TupleIndex::insertFound(FloatArray& values, const float* tuples, std::size_t count,
                              int* indices) {
     std::array<std::uint32_t, ahead> hashes;
     const std::size_t stride = FixedStride == 0 ? stride_ : FixedStride;
     const auto prepare = [&](std::size_t i) {
-        const auto hash = hashTuple(tuples.at(i, stride), stride);
+        const auto hash = hashTuple(tuples + i * stride, stride);
         hashes[i % ahead] = hash;
         fetchEntry(hash);
     };
@@ -201,32 +207,70 @@ void TupleIndex::insertFound(FloatArray& values, const Tuples& tuples, std::size
     for (std::size_t i = 0; i < count; ++i) {
         const auto hash = hashes[i % ahead];
         if (i + ahead < count) prepare(i + ahead);
-        indices[i] = insertOne<FixedStride>(values, tuples.at(i, stride), hash);
+        indices[i] = insertOne<FixedStride>(values, tuples + i * stride, hash);
     }
 }
 
-template <std::size_t FixedStride, typename Tuples>
-void TupleIndex::insertGuessed(FloatArray& values, const Tuples& tuples, std::size_t count,
+template <std::size_t FixedStride>
+void TupleIndex::insertGuessed(FloatArray& values, const float* tuples, std::size_t count,
                                int* indices, const int* keys) {
     const std::size_t stride = FixedStride == 0 ? stride_ : FixedStride;
-    const auto hashOfTuple = [&](std::size_t i) { return hashTuple(tuples.at(i, stride), stride); };
+    const auto hashOfTuple = [&](std::size_t i) { return hashTuple(tuples + i * stride, stride); };
     const auto prepare = [&](std::size_t i) {
         // Hashed again when its turn comes: that is rare, and cheaper than to keep it.
         if (guessFor(keys[i]) == unused) fetchEntry(hashOfTuple(i));
     };
-    const FloatArray& read = values;
     for (std::size_t i = 0; i < std::min(aheadOfGuesses, count); ++i) prepare(i);
     for (std::size_t i = 0; i < count; ++i) {
         if (i + aheadOfGuesses < count) prepare(i + aheadOfGuesses);
-        const float* const value = tuples.at(i, stride);
-        const std::size_t guess = guessFor(keys[i]);
-        if (guess < indexed_ && isEqual(read.data() + guess * stride, value, stride)) {
-            indices[i] = static_cast<int>(guess);
-            continue;
-        }
-        indices[i] = insertOne<FixedStride>(values, value, hashOfTuple(i));
-        noteGuess(keys[i], indices[i]);
+        indices[i] = insertByGuess<FixedStride>(values, tuples + i * stride, keys[i]);
     }
+}
+
+bool TupleIndex::insertFew(FloatArray& values, std::size_t stride, const float* const* rows,
+                           std::size_t place, std::size_t count, int* indices, const int* keys) {
+    const std::size_t size = values.size();
+    if (count > mostOfFew || !isUpToDate(values, stride) || indexed_ * stride != size ||
+        indexed_ + count >= mostTuples || values.capacity() - size < count * stride ||
+        !hasRoomFor(count) || !haveGuesses(keys, count)) {
+        return false;
+    }
+    if (stride == 3) {
+        insertFewOf<3>(values, rows, place, count, indices, keys);
+    } else if (stride == 2) {
+        insertFewOf<2>(values, rows, place, count, indices, keys);
+    } else {
+        insertFewOf<0>(values, rows, place, count, indices, keys);
+    }
+    if (values.size() != size) markRead(values);
+    return true;
+}
+
+template <std::size_t FixedStride>
+void TupleIndex::insertFewOf(FloatArray& values, const float* const* rows, std::size_t place,
+                             std::size_t count, int* indices, const int* keys) {
+    if (keys && isDistinct_) {
+        for (std::size_t i = 0; i < count; ++i) {
+            indices[i] = insertByGuess<FixedStride>(values, rows[i] + place, keys[i]);
+        }
+        return;
+    }
+    std::array<std::uint32_t, mostOfFew> hashes;
+    const std::size_t stride = FixedStride == 0 ? stride_ : FixedStride;
+    for (std::size_t i = 0; i < count; ++i) {
+        hashes[i] = hashTuple(rows[i] + place, stride);
+        fetchEntry(hashes[i]);
+    }
+    for (std::size_t i = 0; i < count; ++i) {
+        indices[i] = insertOne<FixedStride>(values, rows[i] + place, hashes[i]);
+    }
+}
+
+bool TupleIndex::haveGuesses(const int* keys, std::size_t count) const {
+    for (std::size_t i = 0; keys && i < count; ++i) {
+        if (static_cast<std::size_t>(keys[i]) >= guesses_.size()) return false;
+    }
+    return true;
 }
 
 std::uint32_t TupleIndex::guessFor(int key) const {
@@ -237,7 +281,10 @@ std::uint32_t TupleIndex::guessFor(int key) const {
 void TupleIndex::noteGuess(int key, int tuple) {
     const auto place = static_cast<std::size_t>(key);
     if (place >= mostTuples) return;
-    if (place >= guesses_.size()) guesses_.resize(place + 1, unused);
+    // In steps: one for each of many keys would cost more than what is guessed.
+    if (place >= guesses_.size()) {
+        guesses_.resize(std::max<std::size_t>({place + 1, 2 * guesses_.size(), 64}), unused);
+    }
     guesses_[place] = static_cast<std::uint32_t>(tuple);
 }
 

@@ -9,23 +9,6 @@
 
 namespace vantorix::scene {
 
-/// Tuples that lie one after the other.
-struct TupleRun {
-    const float* at(std::size_t i, std::size_t stride) const { return first + i * stride; }
-    TupleRun from(std::size_t i, std::size_t stride) const { return {at(i, stride)}; }
-
-    const float* first;
-};
-
-/// Tuples at one place of several rows of floats.
-struct TupleColumn {
-    const float* at(std::size_t i, std::size_t) const { return rows[i] + place; }
-    TupleColumn from(std::size_t i, std::size_t) const { return {rows + i, place}; }
-
-    const float* const* rows;
-    std::size_t place;
-};
-
 /// Finds the lowest tuple of a float array that has given bytes.
 ///
 /// An open-addressing table of tuple numbers with 32 bits of each tuple's hash beside them.
@@ -66,9 +49,17 @@ public:
     /// mostTuples.
     /// @param keys  null, or a small number for each tuple: those with one number are often equal,
     ///              within this call or one before, and a tuple that is equal needs no search.
-    template <typename Tuples>
-    void insertAll(FloatArray& values, std::size_t stride, const Tuples& tuples, std::size_t count,
+    void insertAll(FloatArray& values, std::size_t stride, const float* tuples, std::size_t count,
                    int* indices, const int* keys);
+
+    /// Of a few tuples.
+    static constexpr std::size_t mostOfFew = 16;
+
+    /// The same for at most mostOfFew tuples, which lie behind @p rows at @p place, where it needs
+    /// no memory and the array has been read as it is.
+    /// @return false, with nothing changed, otherwise.
+    bool insertFew(FloatArray& values, std::size_t stride, const float* const* rows,
+                   std::size_t place, std::size_t count, int* indices, const int* keys);
 
 private:
     struct Entry {
@@ -90,14 +81,20 @@ private:
     [[gnu::always_inline]] std::size_t searchFor(const float* floats, const float* value);
     template <std::size_t FixedStride>
     [[gnu::always_inline]] void append(FloatArray& values, const float* value);
-    template <std::size_t FixedStride, typename Tuples>
-    void insertEach(FloatArray& values, const Tuples& tuples, std::size_t count, int* indices,
+    template <std::size_t FixedStride>
+    void insertEach(FloatArray& values, const float* tuples, std::size_t count, int* indices,
                     const int* keys);
-    template <std::size_t FixedStride, typename Tuples>
-    void insertFound(FloatArray& values, const Tuples& tuples, std::size_t count, int* indices);
-    template <std::size_t FixedStride, typename Tuples>
-    void insertGuessed(FloatArray& values, const Tuples& tuples, std::size_t count, int* indices,
+    template <std::size_t FixedStride>
+    void insertFound(FloatArray& values, const float* tuples, std::size_t count, int* indices);
+    template <std::size_t FixedStride>
+    void insertGuessed(FloatArray& values, const float* tuples, std::size_t count, int* indices,
                        const int* keys);
+    template <std::size_t FixedStride>
+    void insertFewOf(FloatArray& values, const float* const* rows, std::size_t place,
+                     std::size_t count, int* indices, const int* keys);
+    template <std::size_t FixedStride>
+    [[gnu::always_inline]] int insertByGuess(FloatArray& values, const float* value, int key);
+    bool haveGuesses(const int* keys, std::size_t count) const;
     template <std::size_t FixedStride>
     [[gnu::always_inline]] int insertOne(FloatArray& values, const float* value,
                                          std::uint32_t hash);
