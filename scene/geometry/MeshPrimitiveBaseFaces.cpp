@@ -9,6 +9,7 @@
 #include "scene/geometry/Mesh.h"
 #include "scene/geometry/MeshPrimitiveBase.h"
 #include "scene/geometry/Stream.h"
+#include "scene/geometry/TupleIndex.h"
 #include "scene/geometry/Vertex.h"
 #include "scene/geometry/VertexValues.h"
 
@@ -131,18 +132,22 @@ void MeshPrimitiveBase::appendRows(const FaceLayout& layout, const FaceRows& row
     const std::size_t first = indexStream_.size();
     const std::size_t stride = layout.stride();
     indexStream_.resize(first + count * stride);
-    // Corners with equal values in the first column often have equal ones in the others.
-    const bool hasKeys = !layout.columns().front().allowsDuplicates;
-    int* indices = keys.data();
-    for (const auto& column : layout.columns()) {
-        const bool isFirst = &column == layout.columns().data();
-        insertColumn(column, rows, indices, hasKeys && !isFirst ? keys.data() : nullptr);
+    const auto insert = [&](const FaceColumn& column, int* indices, const int* equalKeys) {
+        insertColumn(column, rows, indices, equalKeys);
         unsigned int* index = indexStream_.data() + first + column.slot;
         for (std::size_t i = 0; i < count; ++i, index += stride) {
             *index = static_cast<unsigned int>(indices[i]);
         }
-        indices = tuples.data();
+    };
+    const auto& columns = layout.columns();
+    insert(columns.front(), keys.data(), nullptr);
+    // Corners with equal values in the first column often have equal ones in the others.
+    const int* const equalKeys = columns.front().allowsDuplicates ? nullptr : keys.data();
+    for (std::size_t i = 1; equalKeys && i < columns.size(); ++i) {
+        const auto* const index = columns[i].stream->index_.get();
+        if (index) index->fetchFew(columns[i].size, rows.data(), columns[i].start, count, equalKeys);
     }
+    for (std::size_t i = 1; i < columns.size(); ++i) insert(columns[i], tuples.data(), equalKeys);
 }
 
 void MeshPrimitiveBase::insertColumn(const FaceColumn& column, const FaceRows& rows, int* indices,

@@ -106,11 +106,13 @@ void Stream::insertEach(const float* tuples, std::size_t tupleCount, int* indice
 bool Stream::insertFew(const float* const* rows, std::size_t place, std::size_t tupleCount,
                        int* indices, const int* keys) {
     if (allowDuplicates || stride <= 0 || !index_ || !TupleIndex::isUsableOn(values)) return false;
-    const std::size_t before = values.size();
-    const auto tupleSize = static_cast<std::size_t>(stride);
-    if (!index_->insertFew(values, tupleSize, rows, place, tupleCount, indices, keys)) return false;
-    countAppended(before);
-    return true;
+    const auto appended = index_->insertFew(values, static_cast<std::size_t>(stride), rows, place,
+                                            tupleCount, indices, keys);
+    // As in appendTuple.
+    if (appended)
+        count = static_cast<int>(static_cast<unsigned int>(count) +
+                                 static_cast<unsigned int>(*appended));
+    return appended.has_value();
 }
 
 void Stream::countAppended(std::size_t sizeBefore) {

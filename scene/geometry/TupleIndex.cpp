@@ -227,13 +227,15 @@ void TupleIndex::insertGuessed(FloatArray& values, const float* tuples, std::siz
     }
 }
 
-bool TupleIndex::insertFew(FloatArray& values, std::size_t stride, const float* const* rows,
-                           std::size_t place, std::size_t count, int* indices, const int* keys) {
+std::optional<std::size_t> TupleIndex::insertFew(FloatArray& values, std::size_t stride,
+                                                 const float* const* rows, std::size_t place,
+                                                 std::size_t count, int* indices, const int* keys) {
     const std::size_t size = values.size();
+    const std::size_t before = indexed_;
     if (count > mostOfFew || !isUpToDate(values, stride) || indexed_ * stride != size ||
         indexed_ + count >= mostTuples || values.capacity() - size < count * stride ||
         !hasRoomFor(count) || !haveGuesses(keys, count)) {
-        return false;
+        return std::nullopt;
     }
     if (stride == 3) {
         insertFewOf<3>(values, rows, place, count, indices, keys);
@@ -242,8 +244,9 @@ bool TupleIndex::insertFew(FloatArray& values, std::size_t stride, const float* 
     } else {
         insertFewOf<0>(values, rows, place, count, indices, keys);
     }
-    if (values.size() != size) markRead(values);
-    return true;
+    const std::size_t appended = indexed_ - before;
+    if (appended > 0) markRead(values);
+    return appended;
 }
 
 template <std::size_t FixedStride>
@@ -263,6 +266,13 @@ void TupleIndex::insertFewOf(FloatArray& values, const float* const* rows, std::
     }
     for (std::size_t i = 0; i < count; ++i) {
         indices[i] = insertOne<FixedStride>(values, rows[i] + place, hashes[i]);
+    }
+}
+
+void TupleIndex::fetchFew(std::size_t stride, const float* const* rows, std::size_t place,
+                          std::size_t count, const int* keys) const {
+    for (std::size_t i = 0; i < count; ++i) {
+        if (guessFor(keys[i]) == unused) fetchEntry(hashTuple(rows[i] + place, stride));
     }
 }
 

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <optional>
 #include <vector>
 
 #include "scene/geometry/FloatArray.h"
@@ -57,9 +58,14 @@ public:
 
     /// The same for at most mostOfFew tuples, which lie behind @p rows at @p place, where it needs
     /// no memory and the array has been read as it is.
-    /// @return false, with nothing changed, otherwise.
-    bool insertFew(FloatArray& values, std::size_t stride, const float* const* rows,
-                   std::size_t place, std::size_t count, int* indices, const int* keys);
+    /// @return how many have been appended; nothing, with nothing changed, otherwise.
+    std::optional<std::size_t> insertFew(FloatArray& values, std::size_t stride,
+                                         const float* const* rows, std::size_t place,
+                                         std::size_t count, int* indices, const int* keys);
+
+    /// Asks for the memory that insertFew() will search with these keys.
+    void fetchFew(std::size_t stride, const float* const* rows, std::size_t place,
+                  std::size_t count, const int* keys) const;
 
 private:
     struct Entry {
