@@ -5,25 +5,70 @@
 
 #include <boost/container/small_vector.hpp>
 
+#include "scene/geometry/FaceRows.h"
 #include "scene/geometry/Mesh.h"
 #include "scene/geometry/Stream.h"
 #include "scene/geometry/StreamMapping.h"
+#include "scene/geometry/TupleIndex.h"
 #include "scene/geometry/VertexValues.h"
 
 namespace vantorix::scene {
 
 /// Where the values of one semantic go while faces are added.
-struct FaceColumn {
-    Stream* stream;           ///< Held by its mapping.
-    std::size_t slot;         ///< Of the index records.
-    std::size_t start, size;  ///< In the floats of a corner.
-    bool isPosition;
-    bool allowsDuplicates;
+class FaceColumn {
+public:
+    /// @param start  where the values lie in the floats of a corner
+    FaceColumn(Stream& stream, std::size_t slot, std::size_t start, std::size_t size,
+               bool isPosition)
+        : stream_(&stream),
+          slot_(slot),
+          start_(start),
+          size_(size),
+          isPosition_(isPosition),
+          allowsDuplicates_(stream.allowDuplicates) {}
 
-    bool isUnchanged() const {
-        return static_cast<std::size_t>(stream->stride) == size &&
-               stream->allowDuplicates == allowsDuplicates;
+    /// Whether the stream takes values of that size, by the same rule as at first.
+    bool isUsable() const {
+        return static_cast<std::size_t>(stream_->stride) == size_ &&
+               stream_->allowDuplicates == allowsDuplicates_;
     }
+
+    const Stream* stream() const { return stream_; }
+    std::size_t slot() const { return slot_; }  ///< Of the index records.
+    std::size_t start() const { return start_; }
+    std::size_t size() const { return size_; }
+    bool isPosition() const { return isPosition_; }
+    bool allowsDuplicates() const { return allowsDuplicates_; }
+
+    /// Asks for the memory that insert() will search.
+    void fetch(const FaceRows& rows, const int* keys) const {
+        if (!stream_->index_) return;
+        stream_->index_->fetchFew(size_, rows.data(), start_, rows.count(), keys);
+    }
+
+    /// Inserts the value of each corner, with the keys of TupleIndex::insertAll.
+    void insert(const FaceRows& rows, int* indices, const int* keys) const {
+        if (!insertAtOnce(rows, indices, keys)) insertCopies(rows, indices, keys);
+    }
+
+private:
+    bool insertAtOnce(const FaceRows& rows, int* indices, const int* keys) const {
+        if (allowsDuplicates_ || !stream_->index_ || !TupleIndex::isUsableOn(stream_->values)) {
+            return false;
+        }
+        const auto appended = stream_->index_->insertFew(stream_->values, size_, rows.data(),
+                                                         start_, rows.count(), indices, keys);
+        if (!appended) return false;
+        // Unsigned: a counter that a caller has set to the largest number wraps around.
+        stream_->count = static_cast<int>(static_cast<unsigned int>(stream_->count) + *appended);
+        return true;
+    }
+    void insertCopies(const FaceRows& rows, int* indices, const int* keys) const;
+
+    Stream* stream_;  // Held by its mapping.
+    std::size_t slot_, start_, size_;
+    bool isPosition_;
+    bool allowsDuplicates_;
 };
 
 /// Where corners of one shape go: found once for many faces, as long as all that it was found from
@@ -31,7 +76,6 @@ struct FaceColumn {
 class FaceLayout {
 public:
     using Shape = VertexValues::Shape;
-
     using Columns = boost::container::small_vector<FaceColumn, 4>;
 
     FaceLayout(Shape shape, const std::vector<StreamMapping>& mappings, const Mesh* mesh,
@@ -48,13 +92,13 @@ public:
         std::size_t start = 0;
         auto rest = shape_;
         for (const auto& column : columns_) {
-            if (column.stream == &stream) return false;
-            start += column.size;
+            if (column.stream() == &stream) return false;
+            start += column.size();
             rest >>= VertexValues::bitsPerValue;
         }
-        const FaceColumn column{
-            &stream, slot, start, VertexValues::sizeIn(rest), isPosition, stream.allowDuplicates};
-        if (!column.isUnchanged() || (isPosition && column.size > 3)) return false;
+        const std::size_t size = VertexValues::sizeIn(rest);
+        const FaceColumn column(stream, slot, start, size, isPosition);
+        if (!column.isUsable() || (isPosition && size > 3)) return false;
         columns_.push_back(column);
         return true;
     }
@@ -65,7 +109,7 @@ public:
             return false;
         }
         for (const auto& column : columns_) {
-            if (!column.isUnchanged()) return false;
+            if (!column.isUsable()) return false;
         }
         return true;
     }

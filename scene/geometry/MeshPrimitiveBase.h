@@ -21,7 +21,6 @@ namespace vantorix::scene {
 
 class FaceLayout;
 class FaceRows;
-struct FaceColumn;
 class Stream;
 class Vertex;
 struct VertexElement;
@@ -154,8 +153,6 @@ private:
     /// null where their streams and slots are not as they usually are.
     const FaceLayout* findLayout(std::uint64_t shape);
     void appendRows(const FaceLayout& layout, const FaceRows& rows);
-    static void insertColumn(const FaceColumn& column, const FaceRows& rows, int* indices,
-                             const int* keys);
     void growBox(const FaceRows& rows, std::size_t place, std::size_t size);
     bool appendRecord(const Vertex& corner, std::size_t stride, Inputs& inputs);
     bool storeValue(const VertexValue& value, Input& input, IndexRecord& record);

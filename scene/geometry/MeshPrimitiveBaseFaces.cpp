@@ -9,7 +9,6 @@
 #include "scene/geometry/Mesh.h"
 #include "scene/geometry/MeshPrimitiveBase.h"
 #include "scene/geometry/Stream.h"
-#include "scene/geometry/TupleIndex.h"
 #include "scene/geometry/Vertex.h"
 #include "scene/geometry/VertexValues.h"
 
@@ -127,14 +126,14 @@ void MeshPrimitiveBase::appendRows(const FaceLayout& layout, const FaceRows& row
     FaceIndices keys(count, boost::container::default_init);
     FaceIndices tuples(count, boost::container::default_init);
     for (const auto& column : layout.columns()) {
-        if (column.isPosition) growBox(rows, column.start, column.size);
+        if (column.isPosition()) growBox(rows, column.start(), column.size());
     }
     const std::size_t first = indexStream_.size();
     const std::size_t stride = layout.stride();
     indexStream_.resize(first + count * stride);
     const auto insert = [&](const FaceColumn& column, int* indices, const int* equalKeys) {
-        insertColumn(column, rows, indices, equalKeys);
-        unsigned int* index = indexStream_.data() + first + column.slot;
+        column.insert(rows, indices, equalKeys);
+        unsigned int* index = indexStream_.data() + first + column.slot();
         for (std::size_t i = 0; i < count; ++i, index += stride) {
             *index = static_cast<unsigned int>(indices[i]);
         }
@@ -142,24 +141,11 @@ void MeshPrimitiveBase::appendRows(const FaceLayout& layout, const FaceRows& row
     const auto& columns = layout.columns();
     insert(columns.front(), keys.data(), nullptr);
     // Corners with equal values in the first column often have equal ones in the others.
-    const int* const equalKeys = columns.front().allowsDuplicates ? nullptr : keys.data();
+    const int* const equalKeys = columns.front().allowsDuplicates() ? nullptr : keys.data();
     for (std::size_t i = 1; equalKeys && i < columns.size(); ++i) {
-        const auto* const index = columns[i].stream->index_.get();
-        if (index) index->fetchFew(columns[i].size, rows.data(), columns[i].start, count, equalKeys);
+        columns[i].fetch(rows, equalKeys);
     }
     for (std::size_t i = 1; i < columns.size(); ++i) insert(columns[i], tuples.data(), equalKeys);
-}
-
-void MeshPrimitiveBase::insertColumn(const FaceColumn& column, const FaceRows& rows, int* indices,
-                                     const int* keys) {
-    const std::size_t count = rows.count();
-    if (column.stream->insertFew(rows.data(), column.start, count, indices, keys)) return;
-    boost::container::small_vector<float, 32> values;
-    for (std::size_t i = 0; i < count; ++i) {
-        const float* const value = rows[i] + column.start;
-        values.insert(values.end(), value, value + column.size);
-    }
-    column.stream->insertEach(values.data(), count, indices, keys);
 }
 
 void MeshPrimitiveBase::growBox(const FaceRows& rows, std::size_t place, std::size_t size) {

@@ -93,34 +93,20 @@ void Stream::insertEach(const float* tuples, std::size_t tupleCount, int* indice
     if (done == tupleCount) return;
     if (!index_) index_ = std::make_unique<TupleIndex>();
     const std::size_t before = values.size();
+    const auto countAppended = [&] {
+        if (values.size() == before) return;
+        // As in appendTuple.
+        const auto appended = static_cast<unsigned int>((values.size() - before) / tupleSize);
+        count = static_cast<int>(static_cast<unsigned int>(count) + appended);
+    };
     try {
         index_->insertAll(values, tupleSize, tuples + done * tupleSize, tupleCount - done,
                           indices + done, keys ? keys + done : nullptr);
     } catch (...) {
-        countAppended(before);  // What came in before the memory ended stays.
+        countAppended();  // What came in before the memory ended stays.
         throw;
     }
-    countAppended(before);
-}
-
-bool Stream::insertFew(const float* const* rows, std::size_t place, std::size_t tupleCount,
-                       int* indices, const int* keys) {
-    if (allowDuplicates || stride <= 0 || !index_ || !TupleIndex::isUsableOn(values)) return false;
-    const auto appended = index_->insertFew(values, static_cast<std::size_t>(stride), rows, place,
-                                            tupleCount, indices, keys);
-    // As in appendTuple.
-    if (appended)
-        count = static_cast<int>(static_cast<unsigned int>(count) +
-                                 static_cast<unsigned int>(*appended));
-    return appended.has_value();
-}
-
-void Stream::countAppended(std::size_t sizeBefore) {
-    if (values.size() == sizeBefore) return;
-    const auto appended = (values.size() - sizeBefore) / static_cast<std::size_t>(stride);
-    // As in appendTuple.
-    count =
-        static_cast<int>(static_cast<unsigned int>(count) + static_cast<unsigned int>(appended));
+    countAppended();
 }
 
 int Stream::insert(const float* value) {

@@ -55,6 +55,7 @@ public:
 
 private:
     friend class FaceAssembler;
+    friend class FaceColumn;
     friend class MeshPrimitiveBase;
     friend class TriangleMeshPrimitive;
 
@@ -62,11 +63,6 @@ private:
     int insert(const float* value, std::uint32_t hash);
     /// Tuples of a positive stride from outside values, with the keys of TupleIndex::insertAll.
     void insertEach(const float* tuples, std::size_t tupleCount, int* indices, const int* keys);
-    /// A few tuples, which lie behind @p rows at @p place, where that needs no memory.
-    /// @return false, with nothing changed, otherwise.
-    bool insertFew(const float* const* rows, std::size_t place, std::size_t tupleCount,
-                   int* indices, const int* keys);
-    void countAppended(std::size_t sizeBefore);
     int appendTuple(const float* value);
     /// Makes room for @p tupleCount more of them, and then some.
     void makeRoomFor(std::size_t tupleCount);

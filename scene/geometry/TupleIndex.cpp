@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <new>
 
 namespace vantorix::scene {
 namespace {
@@ -227,14 +228,15 @@ void TupleIndex::insertGuessed(FloatArray& values, const float* tuples, std::siz
     }
 }
 
-std::optional<std::size_t> TupleIndex::insertFew(FloatArray& values, std::size_t stride,
-                                                 const float* const* rows, std::size_t place,
-                                                 std::size_t count, int* indices, const int* keys) {
+std::optional<unsigned int> TupleIndex::insertFew(FloatArray& values, std::size_t stride,
+                                                  const float* const* rows, std::size_t place,
+                                                  std::size_t count, int* indices,
+                                                  const int* keys) {
     const std::size_t size = values.size();
     const std::size_t before = indexed_;
     if (count > mostOfFew || !isUpToDate(values, stride) || indexed_ * stride != size ||
         indexed_ + count >= mostTuples || values.capacity() - size < count * stride ||
-        !hasRoomFor(count) || !haveGuesses(keys, count)) {
+        !hasRoomFor(count)) {
         return std::nullopt;
     }
     if (stride == 3) {
@@ -246,7 +248,7 @@ std::optional<std::size_t> TupleIndex::insertFew(FloatArray& values, std::size_t
     }
     const std::size_t appended = indexed_ - before;
     if (appended > 0) markRead(values);
-    return appended;
+    return static_cast<unsigned int>(appended);
 }
 
 template <std::size_t FixedStride>
@@ -276,13 +278,6 @@ void TupleIndex::fetchFew(std::size_t stride, const float* const* rows, std::siz
     }
 }
 
-bool TupleIndex::haveGuesses(const int* keys, std::size_t count) const {
-    for (std::size_t i = 0; keys && i < count; ++i) {
-        if (static_cast<std::size_t>(keys[i]) >= guesses_.size()) return false;
-    }
-    return true;
-}
-
 std::uint32_t TupleIndex::guessFor(int key) const {
     const auto place = static_cast<std::size_t>(key);
     return place < guesses_.size() ? guesses_[place] : unused;
@@ -291,11 +286,19 @@ std::uint32_t TupleIndex::guessFor(int key) const {
 void TupleIndex::noteGuess(int key, int tuple) {
     const auto place = static_cast<std::size_t>(key);
     if (place >= mostTuples) return;
-    // In steps: one for each of many keys would cost more than what is guessed.
-    if (place >= guesses_.size()) {
-        guesses_.resize(std::max<std::size_t>({place + 1, 2 * guesses_.size(), 64}), unused);
-    }
+    if (place >= guesses_.size() && !makeRoomForGuess(place)) return;
     guesses_[place] = static_cast<std::uint32_t>(tuple);
+}
+
+// Without memory for it there is one guess less.
+bool TupleIndex::makeRoomForGuess(std::size_t place) {
+    const std::size_t size = std::max<std::size_t>({place + 1, 2 * guesses_.size(), 64});
+    try {
+        guesses_.resize(size, unused);
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
+    return true;
 }
 
 void TupleIndex::fetchEntry(std::uint32_t hash) const {

@@ -59,9 +59,9 @@ public:
     /// The same for at most mostOfFew tuples, which lie behind @p rows at @p place, where it needs
     /// no memory and the array has been read as it is.
     /// @return how many have been appended; nothing, with nothing changed, otherwise.
-    std::optional<std::size_t> insertFew(FloatArray& values, std::size_t stride,
-                                         const float* const* rows, std::size_t place,
-                                         std::size_t count, int* indices, const int* keys);
+    std::optional<unsigned int> insertFew(FloatArray& values, std::size_t stride,
+                                          const float* const* rows, std::size_t place,
+                                          std::size_t count, int* indices, const int* keys);
 
     /// Asks for the memory that insertFew() will search with these keys.
     void fetchFew(std::size_t stride, const float* const* rows, std::size_t place,
@@ -100,12 +100,12 @@ private:
                      std::size_t count, int* indices, const int* keys);
     template <std::size_t FixedStride>
     [[gnu::always_inline]] int insertByGuess(FloatArray& values, const float* value, int key);
-    bool haveGuesses(const int* keys, std::size_t count) const;
     template <std::size_t FixedStride>
     [[gnu::always_inline]] int insertOne(FloatArray& values, const float* value,
                                          std::uint32_t hash);
     std::uint32_t guessFor(int key) const;
     void noteGuess(int key, int tuple);
+    bool makeRoomForGuess(std::size_t place);
     void fetchEntry(std::uint32_t hash) const;
     void enter(std::size_t tuple);
     bool hasRoomFor(std::size_t additional) const;
