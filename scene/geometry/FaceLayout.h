@@ -47,8 +47,11 @@ public:
     }
 
     /// Inserts the value of each corner, with the keys of TupleIndex::insertAll.
-    void insert(const FaceRows& rows, int* indices, const int* keys) const {
+    /// @return whether there were new ones among them.
+    bool insert(const FaceRows& rows, int* indices, const int* keys) const {
+        const std::size_t before = stream_->values.size();
         if (!insertAtOnce(rows, indices, keys)) insertCopies(rows, indices, keys);
+        return stream_->values.size() != before;
     }
 
 private:

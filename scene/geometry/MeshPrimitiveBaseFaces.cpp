@@ -132,17 +132,18 @@ void MeshPrimitiveBase::appendRows(const FaceLayout& layout, const FaceRows& row
     const std::size_t stride = layout.stride();
     indexStream_.resize(first + count * stride);
     const auto insert = [&](const FaceColumn& column, int* indices, const int* equalKeys) {
-        column.insert(rows, indices, equalKeys);
+        const bool hasNew = column.insert(rows, indices, equalKeys);
         unsigned int* index = indexStream_.data() + first + column.slot();
         for (std::size_t i = 0; i < count; ++i, index += stride) {
             *index = static_cast<unsigned int>(indices[i]);
         }
+        return hasNew;
     };
     const auto& columns = layout.columns();
-    insert(columns.front(), keys.data(), nullptr);
+    const bool hasNew = insert(columns.front(), keys.data(), nullptr);
     // Corners with equal values in the first column often have equal ones in the others.
     const int* const equalKeys = columns.front().allowsDuplicates() ? nullptr : keys.data();
-    for (std::size_t i = 1; equalKeys && i < columns.size(); ++i) {
+    for (std::size_t i = 1; hasNew && equalKeys && i < columns.size(); ++i) {
         columns[i].fetch(rows, equalKeys);
     }
     for (std::size_t i = 1; i < columns.size(); ++i) insert(columns[i], tuples.data(), equalKeys);
