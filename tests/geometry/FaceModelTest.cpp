@@ -169,9 +169,30 @@ private:
     std::vector<StreamSemantic> layout_;
 };
 
-boost::shared_ptr<Vertex> toVertex(const Corner& corner) {
+void set(const Value& value, Vertex& vertex) {
+    switch (value.semantic) {
+        case POSITION:
+            return vertex.setPosition(value.floats);
+        case NORMAL:
+            return vertex.setNormal(value.floats);
+        case COLOR:
+            return vertex.setColor(value.floats);
+        case TEXCOORD0:
+            return vertex.setTextCoord(0, value.floats);
+        case TEXCOORD3:
+            return vertex.setTextCoord(3, value.floats);
+        default:
+            return vertex.setTextCoord(8, value.floats);
+    }
+}
+
+boost::shared_ptr<Vertex> toVertex(const Corner& corner, bool bySetters) {
     const auto vertex = boost::make_shared<Vertex>();
     for (const auto& value : corner) {
+        if (bySetters) {
+            set(value, *vertex);
+            continue;
+        }
         vertex->addElement(
             VertexElement::create(value.semantic, static_cast<int>(value.floats.size()),
                                   value.floats.data()),
@@ -217,6 +238,43 @@ struct FaceModelTest : QuietTest, ::testing::WithParamInterface<unsigned int> {
         }
     }
 
+    /// Or changes what says where values go.
+    void changeStreams() {
+        const auto position = faces.below(static_cast<unsigned int>(model.streams.size()));
+        auto& changed = *model.streams[position];
+        changed.keepsDuplicates = !changed.keepsDuplicates;
+        mesh->getStreams()[position]->allowDuplicates = changed.keepsDuplicates;
+        if (faces.below(2) == 0) return;
+        const auto other = boost::make_shared<ModelStream>(ModelStream{"other", 3, false, {}});
+        model.streams.push_back(other);
+        model.vertices.front().stream = other;
+        const auto stream = boost::make_shared<Stream>("other", 3, false);
+        mesh->addStream(stream);
+        mesh->setVertices({StreamMapping(POSITION, stream, 0)});
+    }
+
+    /// Adds a face while a stream has another stride.
+    void refuseFace(TriangleMeshPrimitive& primitive) {
+        for (std::size_t i = 0; i < model.streams.size(); ++i) {
+            ++model.streams[i]->stride;
+            ++mesh->getStreams()[i]->stride;
+            addTriangle(primitive);
+            --model.streams[i]->stride;
+            --mesh->getStreams()[i]->stride;
+        }
+    }
+
+    void addTriangle(TriangleMeshPrimitive& primitive) {
+        const auto corners = faces.next(3);
+        const auto vertex = [&](const Corner& corner) {
+            return toVertex(corner, faces.below(4) != 0);
+        };
+        const auto triangle = boost::make_shared<Triangle>(vertex(corners[0]), vertex(corners[1]),
+                                                           vertex(corners[2]));
+        ASSERT_EQ(primitive.addTriangle(triangle, deduplicate),
+                  model.addFace(corners, deduplicate));
+    }
+
     void compareStreams() {
         ASSERT_EQ(mesh->getStreams().size(), model.streams.size());
         for (std::size_t i = 0; i < model.streams.size(); ++i) {
@@ -232,12 +290,10 @@ struct FaceModelTest : QuietTest, ::testing::WithParamInterface<unsigned int> {
 TEST_P(FaceModelTest, TrianglesAreStoredByTheRules) {
     TriangleMeshPrimitive primitive(mesh, {});
     for (int i = 0; i < 120; ++i) {
-        const auto corners = faces.next(3);
-        const auto triangle = boost::make_shared<Triangle>(
-            toVertex(corners[0]), toVertex(corners[1]), toVertex(corners[2]));
-        ASSERT_EQ(primitive.addTriangle(triangle, deduplicate),
-                  model.addFace(corners, deduplicate));
+        addTriangle(primitive);
         if (faces.below(30) == 0) repeatFirstTuples();
+        if (faces.below(40) == 0) changeStreams();
+        if (faces.below(60) == 0) refuseFace(primitive);
     }
     compare(primitive);
 }
@@ -249,7 +305,7 @@ TEST_P(FaceModelTest, PolygonsAreStoredByTheSameRules) {
         const auto corners = faces.next(faces.below(6));
         const auto start = static_cast<unsigned int>(model.indices.size());
         const auto polygon = boost::make_shared<Polygon>();
-        for (const auto& corner : corners) polygon->addVertex(toVertex(corner));
+        for (const auto& corner : corners) polygon->addVertex(toVertex(corner, i % 2 == 0));
         const bool isAdded = model.addFace(corners, deduplicate);
         ASSERT_EQ(primitive.addPolygon(polygon, deduplicate), isAdded);
         if (!isAdded) continue;

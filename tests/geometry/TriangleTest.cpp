@@ -192,18 +192,19 @@ TEST_F(ReadTriangle, CanBeAssignedTo) {
 TEST_F(ReadTriangle, ManyThreadsMayReadOne) {
     for (int round = 0; round < 200; ++round) {
         const auto triangle = read();
-        boost::shared_ptr<Vertex> seen[4];
+        boost::shared_ptr<VertexElement> seen[4];
         boost::barrier gate(4);
         boost::thread_group threads;
-        for (auto& vertex : seen) {
+        for (auto& position : seen) {
             threads.create_thread([&] {
                 gate.wait();
-                vertex = triangle->getVertexAt(0);
+                position = triangle->getVertexAt(0)->getPosition();
             });
         }
         threads.join_all();
-        for (const auto& vertex : seen) ASSERT_EQ(vertex, seen[0]);
-        ASSERT_EQ(seen[0]->getElementCount(), 2u);
+        ASSERT_TRUE(seen[0]);
+        for (const auto& position : seen) ASSERT_EQ(position, seen[0]);
+        ASSERT_EQ(triangle->getVertexAt(0)->getElementCount(), 2u);
     }
 }
 

@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <random>
+
 #include "scene/geometry/Polygon.h"
 #include "scene/geometry/Vertex.h"
 #include "scene/geometry/VertexElement.h"
@@ -79,6 +82,44 @@ TEST(Vertex, AnElementReplacesItsLikeInPlaceOnlyOnRequest) {
     EXPECT_EQ(vertex.getElementAt(0), other);
     vertex.addElement({}, true);
     EXPECT_EQ(vertex.getElementCount(), 2u);
+}
+
+TEST(Vertex, HoldsWhatWasSetWhateverItsSizeAndWhoeverAskedBefore) {
+    std::mt19937 random(5);
+    const auto below = [&](unsigned int limit) { return random() % limit; };
+    for (int round = 0; round < 300; ++round) {
+        Vertex vertex;
+        std::vector<std::pair<int, Floats>> expected;  // Texture sets, 8 for INVALID.
+        for (int step = 0; step < 20; ++step) {
+            const int set = static_cast<int>(below(9));
+            const Floats values(below(round % 3 == 0 ? 18 : 4), static_cast<float>(step));
+            vertex.setTextCoord(set, values);
+            const auto present = std::find_if(expected.begin(), expected.end(),
+                                              [&](const auto& pair) { return pair.first == set; });
+            if (present != expected.end()) {
+                present->second = values;
+            } else {
+                expected.emplace_back(set, values);
+            }
+            const bool isAsked = below(30) == 0;
+            ASSERT_TRUE(!isAsked || vertex.getElements().size() == expected.size());
+        }
+        ASSERT_EQ(vertex.getElementCount(), expected.size());
+        const Vertex copy = vertex;
+        for (unsigned int i = 0; i < expected.size(); ++i) {
+            EXPECT_EQ(floatsOf(vertex.getElementAt(i)), expected[i].second);
+            EXPECT_EQ(copy.getTexCoord(expected[i].first), vertex.getElementAt(i));
+        }
+    }
+}
+
+TEST(Vertex, WhatIsWrittenToAnElementIsTheVertexsValue) {
+    Vertex vertex;
+    vertex.setPosition(1, 2, 3);
+    vertex.getPosition()->values[0] = 7;
+    EXPECT_EQ(vertex.getPositionVector(), Eigen::Vector3f(7, 2, 3));
+    vertex.getPosition()->size = 1;
+    EXPECT_EQ(vertex.getPositionVector(), Eigen::Vector3f(7, 0, 0));
 }
 
 TEST(Vertex, CopiesShareTheElements) {
