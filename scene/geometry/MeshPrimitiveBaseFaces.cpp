@@ -22,16 +22,26 @@ Eigen::Vector3f toSample(const float* values, std::size_t size) {
     return sample;
 }
 
+Eigen::Vector3f toSample(const VertexValue& position) {
+    return toSample(position.values, static_cast<std::size_t>(std::max(position.size, 0)));
+}
+
+/// Vertices often lie far apart in memory: all of them are asked for at once, from end to end.
+template <typename Corners>
+void fetchVertices(const Corners& corners) {
+    for (const auto& corner : corners) {
+        if (!corner) continue;
+        __builtin_prefetch(corner.get());
+        __builtin_prefetch(reinterpret_cast<const std::byte*>(corner.get() + 1) - 1);
+    }
+}
+
 using FaceIndices = boost::container::small_vector<int, 16>;
 
 }  // namespace
 
 bool MeshPrimitiveBase::appendFace(const Corners& corners, bool deduplicate) {
-    // Vertices often lie far apart in memory: all are asked for at once.
-    for (const auto& corner : corners) {
-        __builtin_prefetch(corner.get());
-        __builtin_prefetch(reinterpret_cast<const std::byte*>(corner.get()) + sizeof(Vertex) - 1);
-    }
+    fetchVertices(corners);
     FaceRows rows;
     const bool isUsual = rows.read(corners);
     if (isUsual && appendUsual(rows)) return true;
@@ -213,8 +223,7 @@ bool MeshPrimitiveBase::appendRecord(const Vertex& corner, std::size_t stride, I
     IndexRecord record;
     for (std::size_t slot = 0; slot < stride; ++slot) record.push_back(0u);
     for (const auto& value : VertexValues::of(corner)) {
-        if (value.semantic == POSITION)
-            growBox(toSample(value.values, static_cast<std::size_t>(std::max(value.size, 0))));
+        if (value.semantic == POSITION) growBox(toSample(value));
         auto* const input = findInput(inputs, value.semantic);
         if (!input || !input->stream || !storeValue(value, *input, record)) return false;
     }
