@@ -43,7 +43,7 @@ void mergeScenes(benchmark::State& state) {
     for (auto _ : state) {
         state.PauseTiming();
         auto target = makeMergeScene(count, static_cast<int>(state.range(1)));
-        const auto above = boost::make_shared<Node>(target);
+        auto above = boost::make_shared<Node>(target);
         above->addNode(target->getRoot());
         target->setRoot(above);
         target->getNodeByID("n0");  // A scene in use has its index made.
@@ -52,6 +52,7 @@ void mergeScenes(benchmark::State& state) {
         state.PauseTiming();
         if (target->getNodeArray().size() != expected) state.SkipWithError("wrong number of nodes");
         target->stop();
+        above.reset();
         target.reset();
         state.ResumeTiming();
     }

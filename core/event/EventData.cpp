@@ -1,6 +1,5 @@
 #include "core_api/event/EventData.h"
 
-#include <cstring>
 #include <string_view>
 #include <utility>
 
@@ -29,13 +28,27 @@ EventData::EventData(std::string payload) : short_{} {
         payload_.reset(new Payload(std::move(payload)), false);
         return;
     }
-    auto* const bytes = reinterpret_cast<char*>(short_.data());
-    std::memcpy(bytes, payload.data(), payload.size());
-    bytes[longestShort] = static_cast<char>(payload.size());
+    payload.copy(shortBytes(payload.size()), payload.size());
 }
 
 // Takes over the reference that the maker of the payload has.
 EventData::EventData(const Payload* payload) : payload_(payload, false), short_{} {}
+
+EventData EventData::joined(std::string_view first, std::string_view second) {
+    const auto size = first.size() + 1 + second.size();
+    if (size > longestShort) {
+        std::string text;
+        text.reserve(size);
+        text.append(first).append(1, ',').append(second);
+        return EventData(std::move(text));
+    }
+    EventData data(nullptr);
+    auto* const bytes = data.shortBytes(size);
+    first.copy(bytes, first.size());
+    bytes[first.size()] = ',';
+    second.copy(bytes + first.size() + 1, second.size());
+    return data;
+}
 
 EventData EventData::withMatrix(std::string id, const utils::Matrix& matrix) {
     return withMatrix(std::move(id), matrix.getMatrix());
@@ -53,6 +66,13 @@ std::string EventData::getArg(int index) const {
     // An id can be read without making the text of the matrix behind it.
     if (payload_ && index == 1) return argumentOf(payload_->beginning(), index);
     return argumentOf(text(), index);
+}
+
+// For a text of @p size, which is short.
+char* EventData::shortBytes(std::size_t size) {
+    auto* const bytes = reinterpret_cast<char*>(short_.data());
+    bytes[longestShort] = static_cast<char>(size);
+    return bytes;
 }
 
 std::string_view EventData::text() const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -28,6 +29,9 @@ class VANTORIX_CORE_EXPORT EventData {
 public:
     EventData(std::string payload);
 
+    /// The payload @p first + "," + @p second.
+    static EventData joined(std::string_view first, std::string_view second);
+
     /// The payload @p id + "," + Matrix::toEventDataString() of @p matrix. The matrix is copied
     /// now; the text is made when it is first read, on the reading thread. Reading the first value
     /// only does not make it.
@@ -45,6 +49,7 @@ public:
 
 private:
     explicit EventData(const Payload* payload);
+    char* shortBytes(std::size_t size);
     std::string_view text() const;
 
     boost::intrusive_ptr<const Payload> payload_;  // Empty when the text is a short one.

@@ -13,6 +13,11 @@ std::uint32_t ChildRow::append(boost::shared_ptr<Node> child) {
     return nextTicket_++;
 }
 
+void ChildRow::reserve(std::size_t count) {
+    const auto wanted = slots_.size() + count;
+    if (wanted > slots_.capacity()) slots_.reserve(std::max(wanted, 2 * slots_.capacity()));
+}
+
 std::size_t ChildRow::findFirst(const Node* child) const {
     for (std::size_t slot = head_; slot < slots_.size(); ++slot) {
         if (slots_[slot].child.get() == child) return slot;

@@ -7,7 +7,7 @@
 
 #include <boost/smart_ptr/shared_ptr.hpp>
 
-#include "scene/graph/Dependents.h"
+#include "scene/graph/Branches.h"
 
 namespace vantorix::scene {
 
@@ -24,6 +24,9 @@ public:
 
     /// Appends @p child and returns its ticket.
     std::uint32_t append(boost::shared_ptr<Node> child);
+
+    /// Makes room for @p count more, at a cost that many calls share.
+    void reserve(std::size_t count);
 
     /// Slot of the first occurrence of @p child, npos if there is none.
     std::size_t findFirst(const Node* child) const;
@@ -58,7 +61,7 @@ public:
     std::uint32_t nextTicket() const { return nextTicket_; }
 
     /// Here, since only nodes with children have some.
-    Dependents& dependents() { return dependents_; }
+    Branches& branches() { return branches_; }
 
 private:
     struct Slot {
@@ -70,7 +73,7 @@ private:
     void close();
     void renumber();
 
-    Dependents dependents_;
+    Branches branches_;
     std::vector<Slot> slots_;
     std::size_t head_ = 0;  ///< Slots before it are empty for good.
     std::size_t live_ = 0;

@@ -1,6 +1,7 @@
 #include "scene/graph/Node.h"
 
 #include <atomic>
+#include <cstddef>
 #include <stdexcept>
 #include <utility>
 
@@ -10,6 +11,7 @@
 #include "scene/graph/NodeExtras.h"
 #include "scene/graph/NodeIndex.h"
 #include "scene/graph/NodeWalk.h"
+#include "scene/graph/NumberedID.h"
 #include "scene/graph/SceneEvents.h"
 #include "scene/graph/SceneIdentifiers.h"
 #include "scene/graph/SceneLife.h"
@@ -17,19 +19,36 @@
 #include "scene/graph/SceneSending.h"
 
 namespace vantorix::scene {
+namespace {
+
+unsigned int nextNumber() {
+    static std::atomic<unsigned int> next{0};
+    return next++;
+}
+
+bool hearsMoves(const core::event::EventManager& manager) {
+    return manager.isHeard(events::nodeTransformationUpdate) ||
+           manager.isHeard(events::sceneUpdate);
+}
+
+}  // namespace
+
 Node::Node(boost::shared_ptr<SceneManager> sceneManager)
     : id_(generateID()), scene_(sceneManager ? sceneManager->life_->handle() : SceneHandle()) {}
 
+Node::Node(const Key&, const SceneHandle& scene, std::string id)
+    : id_(std::move(id)), scene_(scene) {
+    nextNumber();
+    if (auto* const live = liveScene()) live->identifiers_->record(id_);
+}
+
 Node::~Node() {
-    forgetDependents();
+    forgetWorldMatrix();
     unlinkFromParent();
     releaseChildren();
 }
 
-std::string Node::generateID() {
-    static std::atomic<unsigned int> next{0};
-    return "Node" + std::to_string(next++);
-}
+std::string Node::generateID() { return numberedID("Node", nextNumber()); }
 
 void Node::setID(std::string id) {
     auto* const scene = liveScene();
@@ -37,8 +56,13 @@ void Node::setID(std::string id) {
     if (listed) scene->nodeIndex_->beforeRename(*this, true);
     id_ = std::move(id);
     if (listed) scene->nodeIndex_->afterRename(*this, true);
-    if (scene && attachments_ > 0) scene->nodeIndex_->countRename();
-    if (scene) scene->identifiers_->record(id_);
+    if (!scene) return;
+    if (attachments_ > 0) {
+        scene->nodeIndex_->countRename();
+    } else {
+        scene->nodeIndex_->fetchEntry(id_);  // It is mostly attached next.
+    }
+    scene->identifiers_->record(id_);
 }
 
 void Node::setName(std::string name) {
@@ -53,25 +77,39 @@ void Node::addNode(boost::shared_ptr<Node> child) {
     auto* const scene = liveScene();
     if (!child || !scene || wouldCloseCircle(*child)) return;
     if (!children_) children_ = std::make_unique<ChildRow>();
-    child->ticket_ = children_->append(child);
-    ++child->attachments_;
-    child->forgetWorldMatrix();
-    child->unlinkFromParent();
-    child->parent_.reset();
-    child->parentPointer_ = this;
-    child->isInParentsRow_ = true;
-    if (scene->nodeIndex_->lists(*this)) scene->nodeIndex_->attached(*child);
-    announceNewChild(*child);
+    Node& added = *child;
+    const bool isAnnounced = isAdditionHeard(added);
+    // Whoever hears of it may remove the child again, which is held here until all is said.
+    added.ticket_ = children_->append(isAnnounced ? child : std::move(child));
+    ++added.attachments_;
+    added.forgetWorldMatrix();
+    added.unlinkFromParent();
+    added.parent_.reset();
+    added.parentPointer_ = this;
+    added.isInParentsRow_ = true;
+    if (scene->nodeIndex_->lists(*this)) scene->nodeIndex_->attached(added);
+    if (isAnnounced) announceNewChild(added);
+}
+
+void Node::expectChildren(std::size_t count) {
+    if (!children_) children_ = std::make_unique<ChildRow>();
+    children_->reserve(count);
+}
+
+// A child of another scene is heard by that scene's manager.
+bool Node::isAdditionHeard(const Node& child) const {
+    return isAnythingHeard() || (child.liveScene() != liveScene() && child.isAnythingHeard());
 }
 
 void Node::announceNewChild(Node& child) {
-    const bool isGuest = child.liveScene() != liveScene();  // Heard by another scene's manager.
-    if (!isAnythingHeard() && !(isGuest && child.isAnythingHeard())) return;
     const auto scene = scene_;
-    const auto self = isMoveHeard() || isGuest ? weak_from_this().lock() : nullptr;
-    child.triggerTransformationUpdate();
+    const bool isGuest = child.liveScene() != liveScene();
+    const bool isMoveAnnounced = isMoveHeard() || isGuest;
+    const auto self = isMoveAnnounced ? weak_from_this().lock() : nullptr;
+    // The child's local matrix has not changed, and its world matrix is forgotten.
+    if (isMoveAnnounced) child.announceMove();
     if (isHeard(scene, events::nodeNewChild)) {
-        dispatch(scene, events::nodeNewChild, core::event::EventData(id_ + "," + child.id_));
+        dispatch(scene, events::nodeNewChild, core::event::EventData::joined(id_, child.id_));
     }
     sendEmpty(scene, events::sceneTopologyUpdate);
 }
@@ -177,13 +215,14 @@ bool Node::wouldCloseCircle(const Node& child) const {
 }
 
 bool Node::isMoveHeard() const {
-    return isHeard(scene_, events::nodeTransformationUpdate) ||
-           isHeard(scene_, events::sceneUpdate);
+    const auto* const manager = peekEventManager(scene_);
+    return manager && hearsMoves(*manager);
 }
 
 bool Node::isAnythingHeard() const {
-    return isMoveHeard() || isHeard(scene_, events::nodeNewChild) ||
-           isHeard(scene_, events::sceneTopologyUpdate);
+    const auto* const manager = peekEventManager(scene_);
+    return manager && (hearsMoves(*manager) || manager->isHeard(events::nodeNewChild) ||
+                       manager->isHeard(events::sceneTopologyUpdate));
 }
 
 void Node::triggerTopologyUpdate() { sendEmpty(scene_, events::sceneTopologyUpdate); }

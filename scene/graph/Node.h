@@ -24,7 +24,7 @@ namespace vantorix::scene {
 
 class Camera;
 class ChildRow;
-struct Dependents;
+struct Branches;
 class InstanceController;
 class InstanceGeometry;
 class ITransformation;
@@ -46,6 +46,13 @@ class VANTORIX_SCENE_EXPORT Node : public boost::enable_shared_from_this<Node> {
 public:
     /// A detached node with the next process-wide ID: "Node0", "Node1", ...
     explicit Node(boost::shared_ptr<SceneManager> sceneManager);
+    /// For the library itself, which alone can make a Key: as the other one, but with an ID of its
+    /// own from the start. The counter of the process goes on all the same.
+    class Key {
+        friend class SceneMerge;
+        explicit Key() = default;
+    };
+    Node(const Key& key, const SceneHandle& scene, std::string id);
     virtual ~Node();
     Node(const Node&) = delete;
     Node& operator=(const Node&) = delete;
@@ -232,6 +239,8 @@ private:
     void leaveRow(Node& child);
     void loseAttachment();
     void releaseChildren();
+    /// Makes room for @p count more children at once.
+    void expectChildren(std::size_t count);
     Extras& extras();
     const Extras& readExtras() const;
 
@@ -246,21 +255,28 @@ private:
     VANTORIX_SCENE_NO_EXPORT void updateLocalMatrix();
     VANTORIX_SCENE_NO_EXPORT void updateLocalTranslation();
     void announceMove();
+    void sendMove();
     void triggerTranslationUpdate();
 
     // What every move and query goes through is hidden, so that the compiler may inline it.
-    VANTORIX_SCENE_NO_EXPORT void cacheWorldMatrix() const;
+    bool isWorldCurrent() const {
+        const Node* const parent = liveParent();
+        return parentEpoch_ == (parent ? parent->epoch_ : noParent);
+    }
+    VANTORIX_SCENE_NO_EXPORT bool cacheWorldMatrix() const;
     Eigen::Matrix4f combineFromTop(Eigen::Matrix4f Node::*own) const;
     VANTORIX_SCENE_NO_EXPORT void adoptWorldMatrix(const Node* parent) const;
-    VANTORIX_SCENE_NO_EXPORT void linkToParent(const Node& parent) const;
+    VANTORIX_SCENE_NO_EXPORT void becomeBranch() const;
+    void listBelow(const Node& parent) const;
     void unlinkFromParent() const;
     VANTORIX_SCENE_NO_EXPORT void forgetWorldMatrix() const;
     VANTORIX_SCENE_NO_EXPORT void forgetDependents() const;
-    VANTORIX_SCENE_NO_EXPORT Dependents* listedBelow() const;
+    VANTORIX_SCENE_NO_EXPORT static Branches* forgetChain(const Node& top);
 
     bool isMoveHeard() const;
     bool isAnythingHeard() const;
     void sendLayerEvent(const core::event::EventType& type, int layer) const;
+    bool isAdditionHeard(const Node& child) const;
     void announceNewChild(Node& child);
 
     std::string id_;
@@ -272,17 +288,27 @@ private:
     mutable Eigen::Matrix4f worldMatrix_;
     Eigen::Matrix4f localMatrix_ = Eigen::Matrix4f::Identity();
     Eigen::Vector4f translation_ = Eigen::Vector4f::Zero();  ///< The last element stays 0.
-    std::unique_ptr<ChildRow> children_;                     ///< Made for the first child.
+    SceneHandle scene_;
 
-    // A node whose world matrix is cached stands in its parent's list of dependents. Stale marks
-    // go down these lists only, so that neither wide nor deep trees pay for nodes nobody asked.
+    // A cached world matrix is current while the parent's epoch is the one that it was computed in.
+    // A node with dependents, children whose matrices were, stands in its parent's list of
+    // branches. New epochs go down these lists only, so that neither wide nor deep trees pay for
+    // nodes nobody asked, and a leaf is never touched. As long as there is one branch, it stands in
+    // the node itself: chains need no list.
+    static constexpr std::uint64_t noParent = 0;
+    static constexpr std::uint64_t notCached = ~noParent;
     static constexpr auto unlisted = static_cast<std::uint32_t>(-1);
-    mutable std::uint32_t dependentPlace_ = unlisted;  ///< In the list of parentPointer_.
-    mutable bool worldCached_ = false;
+    static constexpr auto alone = unlisted - 1;
+    mutable std::uint64_t parentEpoch_ = notCached;  ///< When the world matrix was cached.
     bool isInParentsRow_ = false;  ///< Spares counting references to a parent that has to stay.
     bool isLocalShifted_ = true;   ///< A finite translation shows in the last column only.
-    SceneHandle scene_;
-    Node* parentPointer_ = nullptr;  ///< Valid while isInParentsRow_ or parent_ is alive.
+    mutable bool hasDependents_ = false;
+    mutable bool hasBranchList_ = false;  ///< The row's list may hold some; then none is alone.
+    mutable std::uint32_t branchPlace_ = unlisted;  ///< In the list of parentPointer_, or alone.
+    mutable Node* soleBranch_ = nullptr;
+    mutable std::uint64_t epoch_ = 1;
+    Node* parentPointer_ = nullptr;       ///< Valid while isInParentsRow_ or parent_ is alive.
+    std::unique_ptr<ChildRow> children_;  ///< Made for the first child.
 
     Eigen::Vector3f scaling_ = Eigen::Vector3f::Ones();
     std::uint32_t ticket_ = 0;  ///< Leads to the slot in the parent's row.

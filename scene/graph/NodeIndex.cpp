@@ -15,10 +15,10 @@ std::uint64_t nextGeneration() {
     return ++last;
 }
 
-Node* search(Node& root, const std::string& text, NodeTable::TextOf textOf) {
+Node* search(Node& root, const std::string& text, const NodeTable& table) {
     NodeWalk walk(root, NodeWalk::SKIP_REPEATS);
     for (Node* node = walk.next(); node; node = walk.next()) {
-        if (textOf(*node) == text) return node;
+        if (table.textOf(*node) == text) return node;
     }
     return nullptr;
 }
@@ -28,13 +28,8 @@ Node* search(Node& root, const std::string& text, NodeTable::TextOf textOf) {
 NodeIndex::NodeIndex(const SceneManager* scene)
     : scene_(scene),
       generation_(nextGeneration()),
-      ids_{NodeTable([](const Node& node) -> const std::string& { return node.id_; }), false},
-      names_{NodeTable([](const Node& node) -> const std::string& { return node.name_; }), false} {}
-
-Node* NodeIndex::findByID(Node& root, const std::string& id) {
-    bool isOnly = false;
-    return findByID(root, id, isOnly);
-}
+      ids_{NodeTable(&Node::id_), false},
+      names_{NodeTable(&Node::name_), false} {}
 
 Node* NodeIndex::findByID(Node& root, const std::string& id, bool& isOnly) {
     return find(ids_, root, id, isOnly);
@@ -73,12 +68,12 @@ bool NodeIndex::lists(const Node& node) const { return node.indexGeneration_ == 
 
 Node* NodeIndex::find(View& view, Node& root, const std::string& text, bool& isOnly) {
     isOnly = false;
-    if (!view.built && !build(view, root)) return search(root, text, view.table.textOf());
+    if (!view.built && !build(view, root)) return search(root, text, view.table);
     Node* node = nullptr;
     const auto answer = view.table.find(text, node);
     isOnly = answer == NodeTable::ONE && !view.table.isShared(text);
     if (answer == NodeTable::SEVERAL) {
-        node = search(root, text, view.table.textOf());
+        node = search(root, text, view.table);
         view.table.rememberFirst(text, node);
     }
     return node;
@@ -110,6 +105,7 @@ bool NodeIndex::build(View& view, Node& root) {
 
 void NodeIndex::attached(Node& child) {
     changeOrDrop([&] {
+        if (!child.children_) return list(child);
         NodeWalk walk(child, NodeWalk::SKIP_REPEATS);
         for (Node* node = walk.next(); node; node = walk.next()) {
             if (!list(*node)) return false;

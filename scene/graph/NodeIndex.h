@@ -24,14 +24,21 @@ class NodeIndex {
 public:
     explicit NodeIndex(const SceneManager* scene);
 
-    Node* findByID(Node& root, const std::string& id);
+    Node* findByID(Node& root, const std::string& id) {
+        Node* node = nullptr;
+        if (ids_.built && ids_.table.find(id, node) != NodeTable::SEVERAL) return node;
+        bool isOnly = false;
+        return findByID(root, id, isOnly);
+    }
     /// The same; @p isOnly tells that no other node of the tree carries the ID.
     Node* findByID(Node& root, const std::string& id, bool& isOnly);
     Node* findByName(Node& root, const std::string& name);
 
     /// Ask for the memory that looking up @p id will read, the second some time after the first.
     /// @{
-    void fetchEntry(const std::string& id) const { ids_.table.fetchEntry(id); }
+    void fetchEntry(const std::string& id) const {
+        if (ids_.built) ids_.table.fetchEntry(id);
+    }
     void fetchNode(const std::string& id) const { ids_.table.fetchNode(id); }
     /// @}
 

@@ -59,7 +59,7 @@ void Node::addInstanceLight(boost::shared_ptr<Light> light) {
     extras().lights.push_back(light);
     if (isHeard(scene_, events::nodeAddedLight)) {
         dispatch(scene_, events::nodeAddedLight,
-                 core::event::EventData(id_ + "," + light->getID()));
+                 core::event::EventData::joined(id_, light->getID()));
     }
 }
 
@@ -181,7 +181,7 @@ void Node::setVisible(bool visible) {
 
 void Node::sendLayerEvent(const core::event::EventType& type, int layer) const {
     if (!isHeard(scene_, type)) return;
-    dispatch(scene_, type, core::event::EventData(id_ + "," + getLayerName(layer)));
+    dispatch(scene_, type, core::event::EventData::joined(id_, getLayerName(layer)));
 }
 
 }  // namespace vantorix::scene

@@ -23,6 +23,8 @@ std::size_t firstByte(std::uint64_t marks) {
 
 }  // namespace
 
+const std::string& NodeTable::textOf(const Node& node) const { return node.*text_; }
+
 NodeTable::Answer NodeTable::find(const std::string& text, Node*& node) const {
     if (!shared_.empty()) {
         const auto found = shared_.find(text);
@@ -55,7 +57,7 @@ void NodeTable::fetchNode(const std::string& text) const {
 // Of its text and of its reference counts, which boost::make_shared puts before it.
 void NodeTable::fetchAll(const Node& node) const {
     constexpr std::size_t countsBefore = 40;
-    const auto* const text = reinterpret_cast<const char*>(&textOf_(node));
+    const auto* const text = reinterpret_cast<const char*>(&textOf(node));
     __builtin_prefetch(text);
     __builtin_prefetch(text + sizeof(std::string) - 1);
     __builtin_prefetch(reinterpret_cast<const char*>(&node) - countsBefore);
@@ -67,7 +69,7 @@ void NodeTable::rememberFirst(const std::string& text, Node* node) {
 }
 
 void NodeTable::insert(Node* node) {
-    const auto& text = textOf_(*node);
+    const auto& text = textOf(*node);
     if (!shared_.empty()) {
         const auto found = shared_.find(text);
         if (found != shared_.end()) {
@@ -89,7 +91,7 @@ void NodeTable::insert(Node* node) {
 }
 
 void NodeTable::erase(Node* node) {
-    const auto& text = textOf_(*node);
+    const auto& text = textOf(*node);
     const auto found = shared_.empty() ? shared_.end() : shared_.find(text);
     if (found == shared_.end()) {
         if (!entries_.empty()) eraseEntry(locate(hashOf(text), text));
@@ -118,7 +120,9 @@ std::uint32_t NodeTable::hashOf(const std::string& text) {
 std::size_t NodeTable::locate(std::uint32_t hash, const std::string& text) const {
     return probe(hash, [&](const Entry& entry) {
         fetchAll(*entry.node);
-        return textOf_(*entry.node) == text;
+        const auto& known = textOf(*entry.node);
+        return known.size() == text.size() &&
+               core::utils::equalTexts(known.data(), text.data(), text.size());
     });
 }
 

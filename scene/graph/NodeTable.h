@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -20,12 +21,12 @@ class Node;
 /// apart: which of them comes first in the tree, only a search tells.
 class NodeTable {
 public:
-    using TextOf = const std::string& (*)(const Node&);
+    using Text = std::string Node::*;
 
     enum Answer { NONE, ONE, SEVERAL };
 
-    explicit NodeTable(TextOf accessor) : textOf_(accessor) {}
-    TextOf textOf() const { return textOf_; }
+    explicit NodeTable(Text text) : text_(text) {}
+    const std::string& textOf(const Node& node) const;
 
     /// Whether nodes carry @p text. For ONE, @p node is that node; for SEVERAL, the caller has to
     /// search, and may rememberFirst what it finds.
@@ -78,11 +79,11 @@ private:
 
     /// What stands for an entry in tags_: eight bits that do not choose its home, never 0.
     static std::uint8_t tagOf(std::uint32_t hash) {
-        return static_cast<std::uint8_t>(hash >> 24 | 1u);
+        return static_cast<std::uint8_t>(std::max(hash >> 24, 1u));
     }
     void write(std::size_t position, const Entry& entry);
 
-    TextOf textOf_;
+    Text text_;
     std::vector<Entry> entries_;  ///< A power of two, at most 3/4 full; empty until first used.
     /// Of the entries; 0 where there is none. The first ones are repeated behind the last.
     std::vector<std::uint8_t> tags_;

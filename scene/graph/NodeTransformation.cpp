@@ -214,6 +214,10 @@ void Node::triggerTranslationUpdate() {
 }
 
 void Node::announceMove() {
+    if (isMoveHeard()) sendMove();
+}
+
+void Node::sendMove() {
     const auto scene = scene_;  // A listener may release this node.
     if (isHeard(scene, events::nodeTransformationUpdate)) {
         dispatch(scene, events::nodeTransformationUpdate,
@@ -223,8 +227,8 @@ void Node::announceMove() {
 }
 
 Eigen::Matrix4f Node::getCombinedTransformations() const {
-    if (!worldCached_) cacheWorldMatrix();
-    return worldCached_ ? worldMatrix_ : combineFromTop(&Node::localMatrix_);
+    if (isWorldCurrent() || cacheWorldMatrix()) return worldMatrix_;
+    return combineFromTop(&Node::localMatrix_);
 }
 
 Eigen::Matrix4f Node::getCombinedRotations() const { return combineFromTop(&Node::rotation_); }
@@ -245,14 +249,17 @@ Eigen::Matrix4f Node::combineFromTop(Eigen::Matrix4f Node::*own) const {
 
 // Leaves the matrix uncached where parents form a circle, since there every start has its own
 // product, and below a removed node, which must not be listed by the parent that it still names.
-void Node::cacheWorldMatrix() const {
+bool Node::cacheWorldMatrix() const {
     const Node* const parent = liveParent();
-    if (parent && attachments_ == 0) return;
-    if (!parent || parent->worldCached_) return adoptWorldMatrix(parent);
+    if (parent && attachments_ == 0) return false;
+    if (!parent || parent->isWorldCurrent()) {
+        adoptWorldMatrix(parent);
+        return true;
+    }
     boost::container::small_vector<const Node*, 32> path{this};
     const Node* landmark = this;  // Moved ahead at powers of two: a circle comes back to it.
-    for (const Node* node = parent; node && !node->worldCached_; node = node->liveParent()) {
-        if (node == landmark || (node->attachments_ == 0 && node->liveParent())) return;
+    for (const Node* node = parent; node && !node->isWorldCurrent(); node = node->liveParent()) {
+        if (node == landmark || (node->attachments_ == 0 && node->liveParent())) return false;
         if ((path.size() & (path.size() - 1)) == 0) landmark = node;
         path.push_back(node);
     }
@@ -260,60 +267,99 @@ void Node::cacheWorldMatrix() const {
         path.back()->adoptWorldMatrix(path.back()->liveParent());
         path.pop_back();
     }
+    return true;
 }
 
 void Node::adoptWorldMatrix(const Node* parent) const {
-    if (parent) {
-        worldMatrix_.noalias() = parent->worldMatrix_ * localMatrix_;
-        linkToParent(*parent);
-    } else {
+    if (!parent) {
         worldMatrix_ = localMatrix_;
+        parentEpoch_ = noParent;
+        return;
     }
-    worldCached_ = true;
+    worldMatrix_.noalias() = parent->worldMatrix_ * localMatrix_;
+    if (!parent->hasDependents_) parent->becomeBranch();
+    parentEpoch_ = parent->epoch_;
 }
 
-void Node::linkToParent(const Node& parent) const {
-    if (dependentPlace_ != unlisted) return;
-    auto& dependents = parent.children_->dependents().nodes;
-    dependents.push_back(const_cast<Node*>(this));
-    dependentPlace_ = static_cast<std::uint32_t>(dependents.size() - 1);
+// Whose world matrix is current: it is the parent that makes it stale.
+void Node::becomeBranch() const {
+    const Node* const parent = liveParent();
+    if (parent && branchPlace_ == unlisted) listBelow(*parent);
+    hasDependents_ = true;
+}
+
+void Node::listBelow(const Node& parent) const {
+    auto* const self = const_cast<Node*>(this);
+    if (!parent.soleBranch_ && !parent.hasBranchList_) {
+        parent.soleBranch_ = self;
+        branchPlace_ = alone;
+        return;
+    }
+    auto& branches = parent.children_->branches().nodes;
+    if (!parent.hasBranchList_) {
+        branches.reserve(2);
+        branches.push_back(parent.soleBranch_);
+        parent.soleBranch_->branchPlace_ = 0;
+        parent.soleBranch_ = nullptr;
+        parent.hasBranchList_ = true;
+    }
+    branches.push_back(self);
+    branchPlace_ = static_cast<std::uint32_t>(branches.size() - 1);
 }
 
 void Node::unlinkFromParent() const {
-    if (dependentPlace_ == unlisted) return;
-    auto& dependents = parentPointer_->children_->dependents().nodes;
-    dependents[dependentPlace_] = dependents.back();
-    dependents[dependentPlace_]->dependentPlace_ = dependentPlace_;
-    dependents.pop_back();
-    dependentPlace_ = unlisted;
+    if (branchPlace_ == unlisted) return;
+    if (branchPlace_ == alone) {
+        parentPointer_->soleBranch_ = nullptr;
+    } else {
+        auto& branches = parentPointer_->children_->branches().nodes;
+        branches[branchPlace_] = branches.back();
+        branches[branchPlace_]->branchPlace_ = branchPlace_;
+        branches.pop_back();
+    }
+    branchPlace_ = unlisted;
 }
 
 void Node::forgetWorldMatrix() const {
-    if (!worldCached_) return;  // Then no node below has cached one either.
-    worldCached_ = false;
-    forgetDependents();
+    parentEpoch_ = notCached;
+    if (!hasDependents_) return;
+    if (soleBranch_ || hasBranchList_) return forgetDependents();
+    hasDependents_ = false;
+    ++epoch_;
 }
 
-// Empties every list below, in a loop: whoever is asked again lists itself again.
+// Empties every list below, in a loop: whoever is asked again lists itself again. First come, first
+// served, so that what a list refers to can be asked for some time before its turn.
 void Node::forgetDependents() const {
-    Dependents* pending = listedBelow();
-    while (pending) {
-        auto& dependents = *pending;
-        pending = std::exchange(dependents.next, nullptr);
-        for (const Node* const node : dependents.nodes) {
-            node->dependentPlace_ = unlisted;
-            node->worldCached_ = false;
-            if (auto* const below = node->listedBelow()) {
-                below->next = std::exchange(pending, below);
-            }
+    Branches* last = forgetChain(*this);
+    for (Branches* list = last; list; list = std::exchange(list->next, nullptr)) {
+        if (list->next) __builtin_prefetch(list->next->nodes.data());
+        for (const Node* const node : list->nodes) {
+            node->branchPlace_ = unlisted;
+            if (auto* const below = forgetChain(*node)) last = last->next = below;
         }
-        dependents.nodes.clear();
+        list->nodes.clear();
     }
 }
 
-Dependents* Node::listedBelow() const {
-    if (!children_ || children_->dependents().nodes.empty()) return nullptr;
-    return &children_->dependents();
+// Goes down as long as nodes have one branch each; returns the list where that ends, if any.
+Branches* Node::forgetChain(const Node& top) {
+    constexpr std::uintptr_t nodesAhead = 16;
+    const Node* node = &top;
+    for (;;) {
+        node->hasDependents_ = false;
+        ++node->epoch_;
+        const Node* const below = std::exchange(node->soleBranch_, nullptr);
+        if (!below) break;
+        // Nodes that were made one after the other mostly lie one after the other.
+        const auto place = reinterpret_cast<std::uintptr_t>(&below->epoch_);
+        const auto step = place - reinterpret_cast<std::uintptr_t>(&node->epoch_);
+        __builtin_prefetch(reinterpret_cast<const void*>(place + nodesAhead * step));
+        below->branchPlace_ = unlisted;
+        node = below;
+    }
+    if (!std::exchange(node->hasBranchList_, false)) return nullptr;
+    return &node->children_->branches();
 }
 
 }  // namespace vantorix::scene

@@ -47,8 +47,8 @@ private:
 const SceneHandle::Place SceneHandle::nowhere;
 
 SceneLife::SceneLife(SceneManager& scene) : place_(Places::instance().take(handle_.life_)) {
-    handle_.scene_ = &scene;
     handle_.place_ = &place_;
+    place_.scene = &scene;
     place_.life.store(handle_.life_, std::memory_order_release);
 }
 
@@ -63,7 +63,7 @@ void SceneLife::end() {
 }
 
 boost::shared_ptr<SceneManager> SceneHandle::lock() const {
-    if (!scene_) return nullptr;
+    if (place_ == &nowhere) return nullptr;
     auto& place = static_cast<SceneLife::Place&>(const_cast<Place&>(*place_));
     const boost::lock_guard<SpinLock> guard(place.lock);
     auto* const scene = get();

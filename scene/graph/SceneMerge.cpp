@@ -1,17 +1,20 @@
 #include "scene/graph/SceneMerge.h"
 
-#include <algorithm>
 #include <utility>
 #include <vector>
 
 #include <boost/make_shared.hpp>
 
+#include "core_api/event/EventManager.h"
+
 #include "scene/geometry/GeometryManager.h"
 #include "scene/geometry/IGeometry.h"
 #include "scene/graph/LayerManager.h"
 #include "scene/graph/Node.h"
+#include "scene/graph/NodeExtras.h"
 #include "scene/graph/NodeIndex.h"
 #include "scene/graph/SceneLibrary.h"
+#include "scene/graph/SceneLife.h"
 #include "scene/graph/SceneManager.h"
 #include "scene/material/InstanceGeometry.h"
 #include "scene/material/Material.h"
@@ -72,74 +75,79 @@ void SceneMerge::mergeLibraries() {
 // Depth first, with a stack of its own: trees may be deeper than the program's.
 void SceneMerge::mergeSceneGraph(const boost::shared_ptr<Node>& parent,
                                  const boost::shared_ptr<Node>& top) {
-    const TreeSnapshot tree(top);
-    if (!has(DISCARD_NODES) && !has(MERGE_INTO_CHILD)) target_->nodeIndex_->reserve(tree.size());
+    const TreeSnapshot tree(top,
+                            isUndisturbed(*parent) ? TreeSnapshot::BORROW : TreeSnapshot::KEEP);
+    if (copiesEveryNode()) target_->nodeIndex_->reserve(tree.size());
     std::vector<MergeLevel> levels{{parent, TreeSnapshot::top()}};
-    fetchFirst(tree, TreeSnapshot::top());
     while (!levels.empty()) {
         auto& level = levels.back();
         if (level.rest.first == level.rest.last) {
             levels.pop_back();
             continue;
         }
-        fetchAhead(tree, level.rest);
         const auto next = level.rest.first++;
-        auto placed = place(tree.node(next), level.parent);
+        fetchAhead(tree, next);
         const auto below = tree.children(next);
-        if (!placed || below.first == below.last) continue;
-        fetchFirst(tree, below);
+        const bool isLeaf = below.first == below.last;
+        auto placed = place(tree.node(next), level.parent, isLeaf);
+        if (!placed || isLeaf) continue;
+        if (copiesEveryNode()) placed->expectChildren(below.last - below.first);
         levels.push_back({std::move(placed), below});
     }
 }
 
+// Whether no handler and no log writer can run while nodes are copied. The copies are of this
+// scene; a node that they are put under may be of another one, which others hear.
+bool SceneMerge::isUndisturbed(const Node& parent) const {
+    if (!copiesEveryNode() || isLogging() || parent.liveScene() != target_.get()) return false;
+    const auto events = target_->getEventManager();
+    return !events || (events->isPlain() && events->getListenedTypes().empty());
+}
+
 // Most of the time would pass waiting for memory: of the node to copy, of the index entry of its ID
-// and of the node that carries that ID here. Each is asked for a few nodes before its turn.
-void SceneMerge::fetchAhead(const TreeSnapshot& tree, TreeSnapshot::Range rest) const {
+// and of the node that carries that ID here. Each is asked for a few nodes before its turn: those
+// in the places behind are brothers and sisters, cousins or, in a chain, the nodes below.
+void SceneMerge::fetchAhead(const TreeSnapshot& tree, std::size_t place) const {
     const auto& index = *target_->nodeIndex_;
-    const auto left = rest.last - rest.first;
-    if (left > nodesAhead) tree.fetch(rest.first + nodesAhead);
-    if (left > entriesAhead) index.fetchEntry(tree.idOf(rest.first + entriesAhead));
-    if (left > namesakesAhead) index.fetchNode(tree.idOf(rest.first + namesakesAhead));
+    const auto left = tree.size() - place;
+    if (left > nodesAhead) tree.fetch(place + nodesAhead);
+    if (left > entriesAhead) index.fetchEntry(tree.idOf(place + entriesAhead));
+    if (left > namesakesAhead) index.fetchNode(tree.idOf(place + namesakesAhead));
 }
 
-void SceneMerge::fetchFirst(const TreeSnapshot& tree, TreeSnapshot::Range range) const {
-    const auto& index = *target_->nodeIndex_;
-    const auto end = [range](std::size_t count) {
-        return std::min(range.last, range.first + count);
-    };
-    for (auto place = range.first; place < end(nodesAhead); ++place) tree.fetch(place);
-    for (auto place = range.first; place < end(entriesAhead); ++place) {
-        index.fetchEntry(tree.idOf(place));
+// The node under which the children of `node` belong; empty when they are discarded with it, or
+// when it has none: then the copy is handed on without being counted.
+boost::shared_ptr<Node> SceneMerge::place(const Node& node, const boost::shared_ptr<Node>& parent,
+                                          bool isLeaf) {
+    if (!isTaken(node.id_)) return addCopy(node, std::string(node.id_), parent, isLeaf);
+    if (has(DISCARD_NODES)) {
+        logNode("[INFO] Found repeated Node with ID: ", node.id_, ". Discarded.");
+        return {};
     }
-    for (auto place = range.first; place < end(namesakesAhead); ++place) {
-        index.fetchNode(tree.idOf(place));
+    if (has(MERGE_INTO_CHILD)) {
+        if (const auto child = children_.find(parent, node.id_)) return child;
     }
+    auto id = target_->renamedID(node.id_);
+    target_->nodeIndex_->fetchEntry(id);
+    logNode("[INFO] Renamed repeated Node to: ", id, "");
+    return addCopy(node, std::move(id), parent, isLeaf);
 }
 
-// The node under which the children of `node` belong; empty when they are discarded with it.
-boost::shared_ptr<Node> SceneMerge::place(const Node& node, const boost::shared_ptr<Node>& parent) {
-    auto id = node.getID();
-    if (isTaken(id)) {
-        if (has(DISCARD_NODES)) {
-            logNode("[INFO] Found repeated Node with ID: ", id, ". Discarded.");
-            return {};
-        }
-        if (has(MERGE_INTO_CHILD)) {
-            if (const auto child = children_.find(parent, id)) return child;
-        }
-        id = target_->renamedID(id);
-        target_->nodeIndex_->fetchEntry(id);
-        logNode("[INFO] Renamed repeated Node to: ", id, "");
-    }
-    const auto copy = copyNode(node, id);
-    parent->addNode(copy);
-    return copy;
+boost::shared_ptr<Node> SceneMerge::addCopy(const Node& node, std::string&& id,
+                                            const boost::shared_ptr<Node>& parent, bool isLeaf) {
+    auto copy = copyNode(node, std::move(id));
+    const auto below = isLeaf ? nullptr : copy;
+    parent->addNode(std::move(copy));
+    return below;
 }
 
 // Composes a line only where it will be written: every node has one.
 void SceneMerge::logNode(const char* before, const std::string& id, const char* after) const {
-    auto& logger = target_->logger_;
-    if (core::logger::Logger::active && logger.isEnabled()) logger << before + id + after;
+    if (isLogging()) target_->logger_ << before + id + after;
+}
+
+bool SceneMerge::isLogging() const {
+    return core::logger::Logger::active && target_->logger_.isEnabled();
 }
 
 bool SceneMerge::isTaken(const std::string& id) const {
@@ -147,12 +155,12 @@ bool SceneMerge::isTaken(const std::string& id) const {
     return root && target_->nodeIndex_->findByID(*root, id);
 }
 
-boost::shared_ptr<Node> SceneMerge::copyNode(const Node& node, const std::string& id) {
-    const auto copy = boost::make_shared<Node>(target_);
+boost::shared_ptr<Node> SceneMerge::copyNode(const Node& node, std::string&& id) {
+    auto copy = boost::make_shared<Node>(Node::Key(), target_->life_->handle(), std::move(id));
     fetchBehind(*copy);
-    copy->setID(id);
-    copy->setName(node.getName());
+    copy->name_ = node.name_;
     copy->copyPlacement(node);
+    if (!node.extras_) return copy;
     copyLayers(node, *copy);
     copyInstances(node, *copy);
     return copy;

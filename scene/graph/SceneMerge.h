@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <map>
 #include <string>
 
@@ -42,12 +43,17 @@ private:
 
     void mergeLibraries();
     void mergeSceneGraph(const boost::shared_ptr<Node>& parent, const boost::shared_ptr<Node>& top);
-    void fetchAhead(const TreeSnapshot& tree, TreeSnapshot::Range rest) const;
-    void fetchFirst(const TreeSnapshot& tree, TreeSnapshot::Range range) const;
-    boost::shared_ptr<Node> place(const Node& node, const boost::shared_ptr<Node>& parent);
+    bool isUndisturbed(const Node& parent) const;
+    bool isLogging() const;
+    void fetchAhead(const TreeSnapshot& tree, std::size_t place) const;
+    bool copiesEveryNode() const { return !has(DISCARD_NODES) && !has(MERGE_INTO_CHILD); }
+    boost::shared_ptr<Node> place(const Node& node, const boost::shared_ptr<Node>& parent,
+                                  bool isLeaf);
+    boost::shared_ptr<Node> addCopy(const Node& node, std::string&& id,
+                                    const boost::shared_ptr<Node>& parent, bool isLeaf);
     void logNode(const char* before, const std::string& id, const char* after) const;
     bool isTaken(const std::string& id) const;
-    boost::shared_ptr<Node> copyNode(const Node& node, const std::string& id);
+    boost::shared_ptr<Node> copyNode(const Node& node, std::string&& id);
     void copyLayers(const Node& node, Node& copy) const;
     void copyInstances(const Node& node, Node& copy);
     boost::shared_ptr<IGeometry> geometryFor(InstanceGeometry& instance) const;

@@ -10,8 +10,8 @@ namespace vantorix::scene {
 
 class Node;
 
-/// Which nodes a tree held, and in what order, at one moment. Keeps the nodes alive; what they
-/// themselves hold is theirs and may change.
+/// Which nodes a tree held, and in what order, at one moment. What they themselves hold is theirs
+/// and may change.
 ///
 /// A node that is attached several times stands in several places, whose children are listed once.
 class TreeSnapshot {
@@ -22,7 +22,12 @@ public:
         std::size_t last;
     };
 
-    explicit TreeSnapshot(boost::shared_ptr<Node> top);
+    /// Whether it keeps the nodes alive, or relies on a tree that stays as it is: counting
+    /// references costs as much as all else. A tree with instances is kept in any case, since
+    /// geometries and controllers may be an application's own.
+    enum Keeping { KEEP, BORROW };
+
+    TreeSnapshot(boost::shared_ptr<Node> top, Keeping keeping);
 
     /// The place of the top.
     static Range top() { return Range{0, 1}; }
@@ -35,13 +40,16 @@ public:
 
 private:
     struct Place {
-        boost::shared_ptr<Node> node;
+        const Node* node;
         Range children;
     };
 
     void appendChildren(std::size_t place);
+    void keepNodes();
 
     std::vector<Place> places_;  ///< Breadth first: the children of a place are neighbours.
+    std::vector<boost::shared_ptr<Node>> kept_;
+    bool hasExtras_ = false;
 };
 
 }  // namespace vantorix::scene

@@ -34,6 +34,7 @@ TEST(EventDataTest, TextsOfEveryLengthSurviveCopiesMovesAndAssignment) {
         EXPECT_EQ(data.toString(), text);
         EXPECT_EQ(assigned.toString(), text);
         EXPECT_EQ(moved.toString(), text);
+        EXPECT_EQ(EventData::joined(text, "end").toString(), text + ",end");
     }
 }
 

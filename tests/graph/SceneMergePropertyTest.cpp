@@ -178,6 +178,25 @@ TEST_P(MergeAgainstReference, OfASceneWithItself) {
     for (unsigned int seed = 20; seed < 24; ++seed) compare(seed, true, false);
 }
 
+TEST_P(MergeAgainstReference, IsTheSameWhereNobodyListensOrLogs) {
+    for (unsigned int seed = 0; seed < 12; ++seed) {
+        SCOPED_TRACE("seed " + std::to_string(seed));
+        const TwoScenes heard(seed);
+        const TwoScenes unheard(seed);
+        const bool intoItself = seed % 4 == 0;
+        const auto merge = [&](const TwoScenes& scenes) {
+            const auto& source = intoItself ? scenes.target : scenes.source;
+            scenes.target->mergeSceneManager(source.manager, GetParam(), scenes.parentID);
+        };
+        merge(heard);
+        unheard.target->setEventManager(nullptr);
+        core::logger::Logger::active = false;
+        merge(unheard);
+        core::logger::Logger::active = true;
+        expectSame(unheard.result(), heard.result(), "result");
+    }
+}
+
 TEST_P(MergeAgainstReference, WhileAHandlerEditsBothScenes) {
     // Long enough in one case that materials are renamed between two instances that show them.
     const unsigned int end = GetParam() == 0x20 ? 250 : 46;

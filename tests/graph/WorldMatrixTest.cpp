@@ -76,6 +76,18 @@ TEST_P(WorldMatrix, HasTheBitsOfTheRecursionOverParents) {
     }
 }
 
+TEST_P(WorldMatrix, FollowsMovesAnywhereAbove) {
+    while (nodes_.size() < 15) nodes_.push_back(scene_.makeNode("node"));
+    for (std::size_t i = 1; i < nodes_.size(); ++i) nodes_[(i - 1) / 2]->addNode(nodes_[i]);
+    for (int i = 0; i < 300 && !HasFailure(); ++i) {
+        place(*any());
+        for (int j = below(6); j > 0; --j) {  // Some are asked again before the next move.
+            const auto& node = *any();
+            EXPECT_EQ(node.getCombinedTransformations(), recursed(node, localOf)) << "move " << i;
+        }
+    }
+}
+
 /// As the matrix is defined: (rotation + translation * its last row) * scale, by columns.
 Matrix4f composed(const Node& node) {
     const auto rotation = node.getRotation();

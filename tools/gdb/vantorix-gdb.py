@@ -70,8 +70,8 @@ class NodePrinter(Printer):
     def child_count(self):
         # A std::unique_ptr with the default deleter is its pointer.
         row = self.value["children_"].address.cast(pointer_to("unsigned long").pointer())[0]
-        # ChildRow: the dependents (five words), a vector (three), the head, the number of children.
-        return int(row[9]) if int(row) else 0
+        # ChildRow: the branches (four words), a vector (three), the head, the number of children.
+        return int(row[8]) if int(row) else 0
 
 
 class MeshPrinter(Printer):
