@@ -1,6 +1,7 @@
 #include "scene/animation/AnimationPlayback.h"
 
 #include <algorithm>
+#include <array>
 
 #include "core_api/event/EventManager.h"
 #include "core_api/logger/Logger.h"
@@ -16,8 +17,15 @@
 
 namespace vantorix::scene {
 
+namespace {
+
+constexpr int angleComponent = 3;
+const char* const noTarget = "[WARN] No valid target...";
+// Names translation although it is said of rotations: the text is defined so.
+const char* const noRotationTarget = "[WARN] Animating Translation with no valid target...";
+
 /// A track at the time that is played.
-struct AnimationPlayback::Moment {
+struct Moment {
     bool fitsElement() const { return *track.stride == track.width; }
     /// The floats of the earlier key; null where the output lacks what is needed of the interval.
     const float* start() const {
@@ -26,19 +34,89 @@ struct AnimationPlayback::Moment {
         if (keys * width > track.valueCount) return nullptr;
         return track.values + (interval.endKey - 1) * width;
     }
+    float value(const float* start) const {
+        return holds ? start[0] : interval.between(start[0], start[1]);
+    }
 
     const Track& track;
     const KeyInterval& interval;
-    std::size_t number;  ///< Of the track.
-    bool holds;          ///< Up to the later key the earlier one's value stays.
+    const TrackSource& source;
+    bool holds;  ///< Up to the later key the earlier one's value stays.
 };
 
-namespace {
+/// Three floats and anything.
+Lanes vectorAt(const Moment& moment, const float* start) {
+    if (moment.holds) return loadThreeLanes(start);
+    // Reads one float too many in front of the later key instead of behind it.
+    return moment.interval.between(loadLanes(start), pick<1, 2, 3, 0>(loadLanes(start + 2)));
+}
 
-constexpr int angleComponent = 3;
-const char* const noTarget = "[WARN] No valid target...";
-// Names translation although it is said of rotations: the text is defined so.
-const char* const noRotationTarget = "[WARN] Animating Translation with no valid target...";
+// The vector starts afresh on purpose: a component alone leaves the element's others aside.
+bool playVector(const Moment& moment, Pose& pose) {
+    const Track& track = moment.track;
+    if (track.component == angleComponent || !moment.fitsElement()) return false;
+    const float* const start = moment.start();
+    if (!start) return true;
+    Lanes vector = allLanes(track.kind == Track::SCALE ? 1.0f : 0.0f);
+    if (track.isWhole()) {
+        vector = vectorAt(moment, start);
+    } else {
+        vector[track.component] = moment.value(start);
+    }
+    if (track.kind == Track::SCALE) {
+        pose.scale(vector);
+    } else {
+        pose.move(withoutLast(vector));
+    }
+    return true;
+}
+
+bool playRotation(const Moment& moment, Pose& pose) {
+    if (!moment.fitsElement()) return false;
+    const float* const start = moment.start();
+    if (!start) return true;
+    Lanes axisAndDegrees;
+    if (moment.track.isWhole()) {
+        axisAndDegrees = loadLanes(start);
+        if (!moment.holds) {
+            axisAndDegrees = moment.interval.between(axisAndDegrees, loadLanes(start + 4));
+        }
+    } else {
+        const auto& element = *moment.source.rotation;
+        const Eigen::Vector3f axis = toEigen(element.getRotationAxis());
+        axisAndDegrees = Lanes{axis.x(), axis.y(), axis.z(), element.getAngle()};
+        axisAndDegrees[moment.track.component] = moment.value(start);
+    }
+    pose.turn(axesTurnedAbout(axisAndDegrees));
+    return true;
+}
+
+// Takes the place of what channels before it gave, where the others multiply.
+void playMatrix(const Moment& moment, Pose& pose) {
+    constexpr float almostThere = 0.99f;
+    const float* const floats = moment.fitsElement() ? moment.start() : nullptr;
+    if (!floats) return;
+    const MatrixKey start(floats);
+    if (moment.holds) {
+        pose.place(start.isSingular ? start.placement() : start.matrix);
+        pose.setScale(start.scale);
+        return;
+    }
+    const float fraction = moment.interval.elapsed / moment.interval.length;
+    // The last hundredth shows the later key, on purpose.
+    const auto blended = blend(start, MatrixKey(floats + moment.track.width),
+                               fraction > almostThere ? 1.0f : fraction);
+    pose.place(blended.placement());
+    pose.setScale(blended.scale);
+}
+
+/// Returns whether the output fits the element.
+bool playTrack(const Moment& moment, Pose& pose) {
+    if (moment.track.kind == Track::ROTATE) return playRotation(moment, pose);
+    if (moment.track.kind != Track::MATRIX) return playVector(moment, pose);
+    playMatrix(moment, pose);
+    return true;
+}
 
 bool isHeard(const SceneManager& scene) {
     const auto events = scene.getEventManager();
@@ -72,34 +150,52 @@ void AnimationPlayback::findBaseMatrices() {
     }
 }
 
-// Calls nobody, so that everything stays as it is meanwhile.
+// A batch at a time: the processor works ahead further in two short loops than in a long one.
 template <class Take>
 void AnimationPlayback::evaluate(float time, const Take& take) {
-    // Most of the time of a large scene goes into waiting for memory, so it is asked for early.
-    constexpr std::size_t tracksAhead = 12;
-    constexpr std::size_t nodesAhead = 3;
-    const auto& nodes = tracks_.nodes();
-    const auto& tracks = tracks_.tracks();
+    const auto slotCount = tracks_.nodes().slotCount();
+    std::array<NodePose, 16> batch;
     misfits_.clear();
-    misfits_.reserve(tracks.size());
-    for (std::size_t slot = 0; slot < nodes.slotCount(); ++slot) {
-        if (slot + nodesAhead < nodes.slotCount()) fetchNode(slot + nodesAhead);
-        Pose pose;
-        for (auto i = tracks_.firstTrack(slot); i < tracks_.firstTrack(slot + 1); ++i) {
-            if (i + tracksAhead < tracks.size()) fetch(i + tracksAhead);
-            if (tracks[i].kind != Track::NOTHING) evaluateTrack(i, time, pose);
-        }
-        Node* const node = nodes.node(slot);
-        if (!node) continue;
-        if (bases_[slot]) {
-            take(*node, *bases_[slot] * pose.matrix(), pose.getScale());
-        } else {
-            take(*node, pose.matrix(), pose.getScale());
+    misfits_.reserve(tracks_.tracks().size());
+    for (std::size_t first = 0; first < slotCount; first += batch.size()) {
+        const auto count = std::min(batch.size(), slotCount - first);
+        evaluate(first, count, time, batch.data());
+        for (std::size_t i = 0; i < count; ++i) {
+            if (batch[i].node) take(batch[i]);
         }
     }
 }
 
-void AnimationPlayback::fetch(std::size_t number) const {
+// Calls nobody, so that everything stays as it is meanwhile.
+void AnimationPlayback::evaluate(std::size_t slot, std::size_t count, float time, NodePose* poses) {
+    constexpr std::size_t slotsAhead = 4;
+    const auto& nodes = tracks_.nodes();
+    for (const auto end = slot + count; slot < end; ++slot, ++poses) {
+        if (slot + slotsAhead < nodes.slotCount()) fetch(slot + slotsAhead);
+        poses->node = nodes.node(slot);
+        if (!poses->node) continue;
+        Pose pose;
+        for (auto i = tracks_.firstTrack(slot); i < tracks_.firstTrack(slot + 1); ++i) {
+            evaluateTrack(i, time, pose);
+        }
+        pose.getMatrix(poses->matrix.data());
+        if (bases_[slot]) poses->matrix = (*bases_[slot] * poses->matrix).eval();
+        pose.getScale(poses->scale.data());
+    }
+}
+
+// Most of the time of a large scene goes into waiting for memory, so it is asked for early.
+void AnimationPlayback::fetch(std::size_t slot) const {
+    constexpr std::size_t fewTracks = 1000;
+    constexpr std::size_t lineSize = 64;
+    if (tracks_.tracks().size() < fewTracks) return;
+    for (auto i = tracks_.firstTrack(slot); i < tracks_.firstTrack(slot + 1); ++i) fetchTrack(i);
+    const auto* const node = reinterpret_cast<const char*>(tracks_.nodes().node(slot));
+    if (!node) return;
+    for (std::size_t i = 0; i < sizeof(Node); i += lineSize) __builtin_prefetch(node + i, 1);
+}
+
+inline void AnimationPlayback::fetchTrack(std::size_t number) const {
     const Track& track = tracks_.tracks()[number];
     if (track.isOpen) return;
     const std::size_t width = track.width;
@@ -110,102 +206,21 @@ void AnimationPlayback::fetch(std::size_t number) const {
     __builtin_prefetch(track.values + end + width - 1);
 }
 
-void AnimationPlayback::fetchNode(std::size_t slot) const {
-    constexpr std::size_t lineSize = 64;
-    const auto* const bytes = reinterpret_cast<const char*>(tracks_.nodes().node(slot));
-    if (!bytes) return;
-    for (std::size_t i = 0; i < sizeof(Node); i += lineSize) __builtin_prefetch(bytes + i, 1);
-}
-
-void AnimationPlayback::evaluateTrack(std::size_t number, float time, Pose& pose) {
-    const Track& track = tracks_.tracks()[number];
-    if (track.isOpen) {
-        Track copy;
-        const auto interval = tracks_.readOpen(number, time, copy);
-        if (interval.endKey == 0) return;
-        return playTrack({copy, interval, number, tracks_.holds(number, interval.endKey)}, pose);
+inline void AnimationPlayback::evaluateTrack(std::size_t number, float time, Pose& pose) {
+    const Track* track = &tracks_.tracks()[number];
+    if (track->kind == Track::NOTHING) return;
+    const auto* interval = &tracks_.interval(*track);
+    Track openTrack;
+    KeyInterval openInterval;
+    if (track->isOpen) {
+        openInterval = tracks_.readOpen(number, time, openTrack);
+        track = &openTrack;
+        interval = &openInterval;
     }
-    const auto& interval = tracks_.interval(track);
-    if (interval.endKey == 0) return;
-    const bool holds = track.names == Track::SOME_HOLD && tracks_.holds(number, interval.endKey);
-    playTrack({track, interval, number, holds}, pose);
-}
-
-void AnimationPlayback::playTrack(const Moment& moment, Pose& pose) {
-    if (moment.track.kind == Track::MATRIX) {
-        playMatrix(moment, pose);
-    } else if (moment.track.kind == Track::ROTATE) {
-        playRotation(moment, pose);
-    } else {
-        playVector(moment, pose);
-    }
-}
-
-// The vector starts afresh on purpose: a component alone leaves the element's others aside.
-void AnimationPlayback::playVector(const Moment& moment, Pose& pose) {
-    const Track& track = moment.track;
-    if (track.component == angleComponent || !moment.fitsElement()) {
-        misfits_.push_back(moment.number);
-        return;
-    }
-    const float* const start = moment.start();
-    if (!start) return;
-    Lanes vector = allLanes(track.kind == Track::SCALE ? 1.0f : 0.0f);
-    if (track.isWhole()) {
-        vector = loadThreeLanes(start);
-        if (!moment.holds) vector = moment.interval.between(vector, loadThreeLanes(start + 3));
-    } else {
-        vector[track.component] =
-            moment.holds ? start[0] : moment.interval.between(start[0], start[1]);
-    }
-    if (track.kind == Track::SCALE) {
-        pose.scale(vector);
-    } else {
-        pose.move(withoutLast(vector));
-    }
-}
-
-void AnimationPlayback::playRotation(const Moment& moment, Pose& pose) {
-    const Track& track = moment.track;
-    if (!moment.fitsElement()) {
-        misfits_.push_back(moment.number);
-        return;
-    }
-    const float* const start = moment.start();
-    if (!start) return;
-    Lanes axisAndDegrees;
-    if (track.isWhole()) {
-        axisAndDegrees = loadLanes(start);
-        if (!moment.holds) {
-            axisAndDegrees = moment.interval.between(axisAndDegrees, loadLanes(start + 4));
-        }
-    } else {
-        const auto& element = *tracks_.source(moment.number).rotation;
-        const Eigen::Vector3f axis = toEigen(element.getRotationAxis());
-        axisAndDegrees = Lanes{axis.x(), axis.y(), axis.z(), element.getAngle()};
-        axisAndDegrees[track.component] =
-            moment.holds ? start[0] : moment.interval.between(start[0], start[1]);
-    }
-    pose.turn(axesTurnedAbout(axisAndDegrees));
-}
-
-// Takes the place of what channels before it gave, where the others multiply.
-void AnimationPlayback::playMatrix(const Moment& moment, Pose& pose) {
-    constexpr float almostThere = 0.99f;
-    const float* const floats = moment.fitsElement() ? moment.start() : nullptr;
-    if (!floats) return;
-    const MatrixKey start(floats);
-    if (moment.holds) {
-        pose.place(start.isSingular ? start.placement() : start.matrix);
-        pose.setScale(start.scale);
-        return;
-    }
-    const float fraction = moment.interval.elapsed / moment.interval.length;
-    // The last hundredth shows the later key, on purpose.
-    const auto blended = blend(start, MatrixKey(floats + moment.track.width),
-                               fraction > almostThere ? 1.0f : fraction);
-    pose.place(blended.placement());
-    pose.setScale(blended.scale);
+    if (interval->endKey == 0) return;
+    const bool holds = track->names == Track::SOME_HOLD && tracks_.holds(number, interval->endKey);
+    const Moment moment{*track, *interval, tracks_.source(number), holds};
+    if (!playTrack(moment, pose)) misfits_.push_back(number);
 }
 
 // In the order of the channels, whichever node they belong to.
@@ -224,9 +239,7 @@ void AnimationPlayback::warnOfMisfits() {
 
 // Nobody is called, so that the nodes stay.
 void AnimationPlayback::playUnheard(float time) {
-    evaluate(time, [](Node& node, const Eigen::Matrix4f& matrix, const Eigen::Vector3f& scale) {
-        node.poseUnheard(matrix, scale);
-    });
+    evaluate(time, [](const NodePose& pose) { pose.node->poseUnheard(pose.matrix, pose.scale); });
     warnOfMisfits();
 }
 
@@ -234,8 +247,8 @@ void AnimationPlayback::playUnheard(float time) {
 void AnimationPlayback::playHeard(float time) {
     std::vector<WrittenNode> written;
     written.swap(written_);
-    evaluate(time, [&](Node& node, const Eigen::Matrix4f& matrix, const Eigen::Vector3f& scale) {
-        written.push_back({node.shared_from_this(), matrix, scale});
+    evaluate(time, [&](const NodePose& pose) {
+        written.push_back({pose.node->shared_from_this(), pose.matrix, pose.scale.head<3>()});
     });
     warnOfMisfits();
     for (const auto& pose : written) {

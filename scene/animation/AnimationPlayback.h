@@ -37,23 +37,26 @@ public:
     void play(Animation& animation, SceneManager& scene, float time);
 
 private:
-    struct Moment;
     struct WrittenNode {
         boost::shared_ptr<Node> node;
         Eigen::Matrix4f matrix;
         Eigen::Vector3f scale;
     };
 
+    /// Of one slot, as it was evaluated.
+    struct NodePose {
+        Node* node;  ///< Null when there is none; then the rest means nothing.
+        Eigen::Matrix4f matrix;
+        Eigen::Vector4f scale;  ///< And anything.
+    };
+
     void findBaseMatrices();
     template <class Take>
     void evaluate(float time, const Take& take);
+    void evaluate(std::size_t slot, std::size_t count, float time, NodePose* poses);
     void evaluateTrack(std::size_t number, float time, Pose& pose);
-    void fetch(std::size_t number) const;
-    void fetchNode(std::size_t slot) const;
-    void playTrack(const Moment& moment, Pose& pose);
-    void playVector(const Moment& moment, Pose& pose);
-    void playRotation(const Moment& moment, Pose& pose);
-    static void playMatrix(const Moment& moment, Pose& pose);
+    void fetch(std::size_t slot) const;
+    void fetchTrack(std::size_t number) const;
     void warnOfMisfits();
     void playUnheard(float time);
     void playHeard(float time);

@@ -115,9 +115,9 @@ void Node::setTransformations(const Eigen::Matrix4f& matrix) {
     triggerTransformationUpdate();
 }
 
-void Node::poseUnheard(const Eigen::Matrix4f& matrix, const Eigen::Vector3f& factors) {
+void Node::poseUnheard(const Eigen::Matrix4f& matrix, const Eigen::Vector4f& factors) {
     takePlacement(matrix);
-    scaling_ = factors;
+    scaling_ = factors.head<3>();
     updateLocalMatrix();
 }
 
