@@ -25,6 +25,7 @@
 #include "scene/geometry/Stream.h"
 #include "scene/geometry/StreamMapping.h"
 #include "scene/geometry/StreamSemantic.h"
+#include "scene/geometry/TrackedVector.h"
 #include "scene/geometry/Triangle.h"
 #include "scene/geometry/TriangleMeshPrimitive.h"
 #include "scene/geometry/Vertex.h"

@@ -17,6 +17,7 @@ namespace vantorix::scene {
 
 class Animation;
 class Node;
+class Pose;
 class SceneManager;
 
 /// Evaluates the channels of an animation at one time and writes the nodes that they lead to.
@@ -31,49 +32,41 @@ public:
     void reset(BaseMatrices baseMatrices);
     void forgetScene() { tracks_.forgetScene(); }
 
-    /// @p time in seconds. All poses are computed before the first node is written, and handlers
-    /// that hear of a node may do what they like, except release @p scene or this object.
+    /// @p time in seconds. All poses are computed before anybody hears of a node, and handlers
+    /// that do may do what they like, except release @p scene or this object.
     void play(Animation& animation, SceneManager& scene, float time);
 
 private:
-    /// What the channels of one node give together. The translation is a whole matrix, since it
-    /// also takes what a matrix channel gives; until one does, only its last column counts.
-    struct Pose {
-        void clear();
-        void move(const Eigen::Vector3f& offset);
-        void place(const Eigen::Matrix4f& placement);
-        void turn(const Eigen::Matrix3f& turned);
-        Eigen::Matrix4f matrix() const;
-
-        const Eigen::Matrix4f* base = nullptr;  ///< Null for the identity.
-        Eigen::Matrix4f translation;
-        Eigen::Matrix3f rotation;  ///< Counts once isTurned.
-        Eigen::Vector3f scale;
-        bool isPlaced = false;
-        bool isTurned = false;
-    };
-    struct Interval;
     struct WrittenNode {
         boost::shared_ptr<Node> node;
         Eigen::Matrix4f matrix;
         Eigen::Vector3f scale;
     };
 
+    /// Of one slot, as it was evaluated.
+    struct NodePose {
+        Node* node;  ///< Null when there is none; then the rest means nothing.
+        Eigen::Matrix4f matrix;
+        Eigen::Vector4f scale;  ///< And anything.
+    };
+
     void findBaseMatrices();
-    void evaluate(float time);
-    /// Returns the index of the key that follows @p time, for which @p likelyKey is a guess.
-    std::size_t evaluateTrack(Track& track, float time, std::size_t likelyKey);
-    void playVector(const Track& track, const Interval& interval, Pose& pose);
-    void playRotation(const Track& track, const Interval& interval, Pose& pose);
-    static void playMatrix(const Track& track, const Interval& interval, Pose& pose);
-    void writeUnheard();
-    void writeHeard();
+    template <class Take>
+    void evaluate(float time, const Take& take);
+    void evaluate(std::size_t slot, std::size_t count, float time, NodePose* poses);
+    void evaluateTrack(std::size_t number, float time, Pose& pose);
+    void fetch(std::size_t slot) const;
+    void fetchTrack(std::size_t number) const;
+    void warnOfMisfits();
+    void playUnheard(float time);
+    void playHeard(float time);
 
     core::logger::Logger& logger_;
     PlaybackTracks tracks_;
     BaseMatrices baseMatrices_;
-    std::vector<Pose> poses_;           ///< One per slot of the tracks' nodes.
-    std::vector<WrittenNode> written_;  ///< Kept for its memory.
+    std::vector<const Eigen::Matrix4f*> bases_;  ///< One per slot of nodes; null for the identity.
+    std::vector<std::size_t> misfits_;           ///< Tracks that do not fit their element.
+    std::vector<WrittenNode> written_;           ///< Kept for its memory.
 };
 
 }  // namespace vantorix::scene

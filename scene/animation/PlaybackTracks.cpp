@@ -1,13 +1,18 @@
 #include "scene/animation/PlaybackTracks.h"
 
+#include <algorithm>
 #include <array>
+#include <cstring>
+#include <limits>
 #include <typeinfo>
 
 #include "scene/animation/AnimationChannel.h"
 #include "scene/animation/AnimationEdits.h"
 #include "scene/animation/AnimationWalk.h"
+#include "scene/animation/ChannelTarget.h"
 #include "scene/animation/Sampler.h"
 #include "scene/geometry/Stream.h"
+#include "scene/geometry/WatchedEdits.h"
 #include "scene/graph/Node.h"
 #include "scene/transform/TransformationLookAt.h"
 #include "scene/transform/TransformationMatrix.h"
@@ -46,37 +51,80 @@ Track::Kind kindOf(const ITransformation& element) {
     }
 }
 
+std::uint8_t widthOf(const Track& track) {
+    if (track.kind == Track::MATRIX) return 16;
+    if (!track.isWhole()) return 1;
+    return track.kind == Track::ROTATE ? 4 : 3;
+}
+
+/// A comparison without a call.
+bool isTime(const std::string& text) {
+    return text.size() == 4 && std::memcmp(text.data(), "TIME", 4) == 0;
+}
+
+bool holdsKeyTimes(const Stream& input) {
+    return input.params.size() == 1 && isTime(input.params.front().first);
+}
+
+/// An unknown name and a missing one play linearly, as all others but "step" do.
+bool isHold(const std::string& name) { return name.size() == 4 && equalsInLowerCase(name, "step"); }
+
+std::uint32_t valueCountOf(const Stream& output) {
+    constexpr std::size_t most = std::numeric_limits<std::uint32_t>::max();
+    return static_cast<std::uint32_t>(std::min(output.values.size(), most));
+}
+
+void fetchStreams(const TrackSource& source) {
+    __builtin_prefetch(&source.input->params);
+    __builtin_prefetch(&source.input->values);
+    __builtin_prefetch(&source.output->values);
+    __builtin_prefetch(&source.names->stringValues);
+}
+
 }  // namespace
 
 void PlaybackTracks::clear() {
     nodes_.clear();
     tracks_.clear();
+    sources_.clear();
+    firstTracks_.clear();
+    openTracks_.clear();
+    tables_.clear();
     animationCount_ = 0;
 }
 
 bool PlaybackTracks::refresh(Animation& animation, SceneManager& scene) {
     const bool isCollected = animationCount_ == animationEdits.count();
     if (!isCollected) {
-        animationCount_ = animationEdits.count();
+        clear();
+        const auto count = animationEdits.count();
         collect(animation);
+        animationCount_ = count;
     }
     const bool isFound = nodes_.refresh(scene);
     if (isFound || !isCollected || bindsEachTime_ || elementCount_ != elementEdits.count()) {
         elementCount_ = elementEdits.count();
         bind();
     }
+    if (!isCollected || streamCount_ != watchedEdits.count()) {
+        streamCount_ = 0;
+        const auto count = watchedEdits.count();
+        readStreams();
+        streamCount_ = count;
+    } else if (!openTracks_.empty()) {
+        readOpenStreams();
+    }
     return isFound;
 }
 
 void PlaybackTracks::collect(Animation& animation) {
-    nodes_.clear();
-    tracks_.clear();
     AnimationWalk walk(animation, AnimationWalk::CHILDREN_FIRST, AnimationWalk::VISIT_REPEATS);
     while (const auto* const current = walk.next()) {
         for (const auto& channel : current->channels_) {
             addTrack(channel.sampler.get(), channel.target);
         }
     }
+    groupBySlot();
 }
 
 // A node is written for any channel that names it, also for one that cannot be played.
@@ -87,35 +135,124 @@ void PlaybackTracks::addTrack(const Sampler* sampler, const ChannelTarget& targe
     const auto output = sampler->getStreamBySemantic(Sampler::OUTPUT);
     const auto names = sampler->getStreamBySemantic(Sampler::INTERPOLATION);
     if (!input || !output || !names) return;
-    tracks_.push_back(Track{input.get(), output.get(), names.get(), &target, nullptr, slot,
-                            Track::NOTHING, target.componentIndex, KeyOrder()});
+    const auto number = static_cast<std::uint32_t>(sources_.size());
+    sources_.push_back(TrackSource{input.get(), output.get(), names.get(), &target, nullptr, slot,
+                                   number, KeyOrder()});
+}
+
+void PlaybackTracks::groupBySlot() {
+    std::stable_sort(sources_.begin(), sources_.end(),
+                     [](const auto& left, const auto& right) { return left.slot < right.slot; });
+    firstTracks_.assign(nodes_.slotCount() + 1, sources_.size());
+    for (std::size_t i = sources_.size(); i-- > 0;) {
+        firstTracks_[sources_[i].slot] = i;
+    }
+    for (std::size_t slot = nodes_.slotCount(); slot-- > 0;) {
+        firstTracks_[slot] = std::min(firstTracks_[slot], firstTracks_[slot + 1]);
+    }
+    for (const auto& source : sources_) {
+        tracks_.push_back(Track{nullptr, &source.output->stride, 0, KeyTables::none, Track::NOTHING,
+                                static_cast<std::int8_t>(source.target->componentIndex), 0,
+                                Track::SOME_HOLD, true});
+    }
+    openTracks_.reserve(tracks_.size());
 }
 
 void PlaybackTracks::bind() {
     bindsEachTime_ = false;
-    const Node* listed = nullptr;  // Channels of one node mostly follow each other.
+    const Node* listed = nullptr;
     std::vector<boost::shared_ptr<ITransformation>> elements;
-    for (auto& track : tracks_) {
-        track.kind = Track::NOTHING;
-        const Node* const node = nodes_.node(track.slot);
+    for (std::size_t i = 0; i < tracks_.size(); ++i) {
+        tracks_[i].kind = Track::NOTHING;
+        const Node* const node = nodes_.node(sources_[i].slot);
         if (!node) continue;
         if (node != listed) elements = node->getOriginalTransformations();
         listed = node;
         for (const auto& element : elements) {
             if (!element) continue;
             bindsEachTime_ = bindsEachTime_ || !isCounted(*element);
-            if (element->getSid() != track.target->sid) continue;
-            bindTo(track, *element);
+            if (element->getSid() != sources_[i].target->sid) continue;
+            bindTo(i, *element);
             break;
         }
     }
 }
 
-void PlaybackTracks::bindTo(Track& track, ITransformation& element) {
-    track.kind = kindOf(element);
-    if (track.kind != Track::ROTATE) return;
-    track.rotation = dynamic_cast<const TransformationRotate*>(&element);
-    if (!track.rotation && track.component >= 0) track.kind = Track::NOTHING;
+void PlaybackTracks::bindTo(std::size_t track, ITransformation& element) {
+    auto& bound = tracks_[track];
+    auto& rotation = sources_[track].rotation;
+    bound.kind = kindOf(element);
+    bound.width = widthOf(bound);
+    if (bound.kind != Track::ROTATE) return;
+    rotation = dynamic_cast<const TransformationRotate*>(&element);
+    if (!rotation && !bound.isWhole()) bound.kind = Track::NOTHING;
+}
+
+void PlaybackTracks::readStreams() {
+    constexpr std::size_t tracksAhead = 8;
+    openTracks_.clear();
+    for (std::size_t i = 0; i < tracks_.size(); ++i) {
+        if (i + tracksAhead < tracks_.size()) fetchStreams(sources_[i + tracksAhead]);
+        read(tracks_[i], sources_[i]);
+        if (tracks_[i].isOpen) openTracks_.push_back(i);
+    }
+}
+
+void PlaybackTracks::readOpenStreams() {
+    const auto isClosed = [this](std::size_t i) {
+        read(tracks_[i], sources_[i]);
+        return !tracks_[i].isOpen;
+    };
+    openTracks_.erase(std::remove_if(openTracks_.begin(), openTracks_.end(), isClosed),
+                      openTracks_.end());
+}
+
+// Streams are watched from here on, so that none of them need be looked at again until one of all
+// that are watched has changed. Revisions only grow, and so does their sum.
+void PlaybackTracks::read(Track& track, TrackSource& source) {
+    const auto parameters = source.input->params.watch();
+    const auto times = source.input->values.watch();
+    const auto values = source.output->values.watch();
+    const auto names = source.names->stringValues.watch();
+    track.isOpen = parameters == 0 || times == 0 || values == 0 || names == 0;
+    if (track.isOpen) return;
+    if (source.inputRevision != parameters + times) {
+        const auto table =
+            holdsKeyTimes(*source.input) ? tables_.take(source.input->values) : KeyTables::none;
+        tables_.release(track.table);
+        track.table = table;
+        source.inputRevision = parameters + times;
+    }
+    if (source.outputRevision != values) {
+        track.values = source.output->values.data();
+        track.valueCount = valueCountOf(*source.output);
+        source.outputRevision = values;
+    }
+    if (source.namesRevision != names) {
+        const auto& all = source.names->stringValues;
+        const bool someHold = std::any_of(all.begin(), all.end(), isHold);
+        track.names = someHold ? Track::SOME_HOLD : Track::NONE_HOLDS;
+        source.namesRevision = names;
+    }
+}
+
+KeyInterval PlaybackTracks::readOpen(std::size_t track, float time, Track& copy) {
+    auto& source = sources_[track];
+    copy = tracks_[track];
+    if (!holdsKeyTimes(*source.input)) return {};
+    copy.values = source.output->values.data();
+    copy.valueCount = valueCountOf(*source.output);
+    copy.names = Track::SOME_HOLD;
+    const FloatArray& times = source.input->values;
+    const auto end = source.order.isAscending(times)
+                         ? firstAscendingKeyFrom(times.data(), times.size(), time, 0)
+                         : firstKeyFrom(times.data(), times.size(), time);
+    return {times.data(), times.size(), end, time};
+}
+
+bool PlaybackTracks::holds(std::size_t track, std::size_t endKey) const {
+    const auto& names = sources_[track].names->stringValues;
+    return endKey <= names.size() && isHold(names[endKey - 1]);
 }
 
 }  // namespace vantorix::scene

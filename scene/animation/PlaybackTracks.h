@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "scene/animation/KeyTimes.h"
+#include "scene/animation/KeyTables.h"
 #include "scene/animation/TargetedNodes.h"
 
 namespace vantorix::scene {
@@ -16,26 +16,50 @@ class Sampler;
 class Stream;
 class TransformationRotate;
 
-/// A channel with all that its texts lead to.
+/// What playing a channel looks at as long as nobody edits its streams: half a cache line, the
+/// stride of the output and the floats of two keys.
 struct Track {
     enum Kind : std::int8_t { NOTHING, TRANSLATE, ROTATE, SCALE, MATRIX };
+    /// Of the interpolation names.
+    enum Names : std::int8_t { NONE_HOLDS, SOME_HOLD };
 
+    bool isWhole() const { return component < 0; }
+
+    const float* values;
+    const int* stride;         ///< A plain number that anybody may write.
+    std::uint32_t valueCount;  ///< What is beyond the highest number does not count.
+    std::uint32_t table;       ///< Of the key times.
+    Kind kind;
+    std::int8_t component;  ///< -1: the whole value.
+    std::uint8_t width;     ///< Floats per key, which the stride of the output has to be.
+    Names names;
+    bool isOpen;  ///< Somebody may be writing to a stream: its values, times and names are not
+                  ///< valid.
+};
+
+/// All that the texts of a channel lead to.
+struct TrackSource {
     const Stream* input;
     const Stream* output;
     const Stream* names;
     const ChannelTarget* target;
     const TransformationRotate* rotation;  ///< Only where the element gives axis or angle.
     std::uint32_t slot;
-    Kind kind;
-    int component;  ///< -1: the whole value.
-    KeyOrder order;
+    std::uint32_t number;  ///< Counts from the first channel that is played.
+    KeyOrder order;        ///< Of an open track.
+    /// @name What the track knows of the streams; 0 for nothing.
+    /// @{
+    std::uint64_t inputRevision = 0;
+    std::uint64_t outputRevision = 0;
+    std::uint64_t namesRevision = 0;
+    /// @}
 };
 
-/// The channels of an animation and its children in the order of playing, children first.
+/// The channels of an animation and its children, children first, those of one node together.
 ///
 /// What was found is kept until an edit can have led elsewhere: a channel, child or input was
 /// added, the tree or an ID changed, a node lists other elements or an element got another SID.
-/// What streams and elements hold is not kept at all.
+/// What streams hold is kept until one of them changes, what elements hold not at all.
 class PlaybackTracks {
 public:
     /// Forgets the animation.
@@ -45,20 +69,41 @@ public:
 
     /// Brings everything up to date; returns whether nodes may have changed.
     bool refresh(Animation& animation, SceneManager& scene);
+    /// Finds the keys around @p time.
+    void seek(float time) { tables_.seek(time); }
 
-    std::vector<Track>& tracks() { return tracks_; }
+    const std::vector<Track>& tracks() const { return tracks_; }
+    const TrackSource& source(std::size_t track) const { return sources_[track]; }
+    /// The tracks of node slot s are those from firstTrack(s) to before firstTrack(s + 1).
+    std::size_t firstTrack(std::size_t slot) const { return firstTracks_[slot]; }
     const TargetedNodes& nodes() const { return nodes_; }
+
+    /// The keys of a track that is not open, as of the last seek.
+    const KeyInterval& interval(const Track& track) const { return tables_.interval(track.table); }
+    /// Reads an open track as it is now.
+    KeyInterval readOpen(std::size_t track, float time, Track& copy);
+    /// Whether the earlier key of an interval keeps its value.
+    bool holds(std::size_t track, std::size_t endKey) const;
 
 private:
     void collect(Animation& animation);
     void addTrack(const Sampler* sampler, const ChannelTarget& target);
+    void groupBySlot();
     void bind();
-    void bindTo(Track& track, ITransformation& element);
+    void bindTo(std::size_t track, ITransformation& element);
+    void readStreams();
+    void readOpenStreams();
+    void read(Track& track, TrackSource& source);
 
     TargetedNodes nodes_;
     std::vector<Track> tracks_;
+    std::vector<TrackSource> sources_;  ///< One per track.
+    std::vector<std::size_t> firstTracks_;
+    std::vector<std::size_t> openTracks_;
+    KeyTables tables_;
     std::uint64_t animationCount_ = 0;
     std::uint64_t elementCount_ = 0;
+    std::uint64_t streamCount_ = 0;
     bool bindsEachTime_ = false;  ///< A foreign element may change its SID unnoticed.
 };
 

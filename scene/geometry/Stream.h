@@ -49,9 +49,9 @@ public:
     int stride;            ///< Floats per tuple: 3 for positions, 2 for texture coordinates.
     int count;             ///< Tuples added by insertValue; writing to values leaves it alone.
     bool allowDuplicates;  ///< False: insertValue reuses equal tuples.
-    std::vector<std::pair<std::string, std::string>> params;  ///< Name and type per component.
-    FloatArray values;  ///< Tuple i starts at float i * stride. Acts as a std::vector<float>.
-    std::vector<std::string> stringValues;
+    TrackedVector<std::pair<std::string, std::string>> params;  ///< Name and type per component.
+    FloatArray values;                        ///< Tuple i starts at float i * stride.
+    TrackedVector<std::string> stringValues;  ///< As the others, acts as a std::vector.
 
 private:
     friend class FaceAssembler;

@@ -164,7 +164,7 @@ template <std::size_t FixedStride>
 inline void TupleIndex::append(FloatArray& values, const float* value) {
     const std::size_t stride = FixedStride == 0 ? stride_ : FixedStride;
     if (values.capacity() - values.size() < stride) return values.append(value, stride);
-    for (std::size_t i = 0; i < stride; ++i) values.floats_.push_back(value[i]);
+    for (std::size_t i = 0; i < stride; ++i) values.items_.push_back(value[i]);
 }
 
 template <std::size_t FixedStride>

@@ -247,8 +247,10 @@ private:
     void turn(const Eigen::Matrix3f& rotation);
     void applyMatrix(const Eigen::Matrix4f& matrix);
     void takePlacement(const Eigen::Matrix4f& matrix);
-    /// setTransformations and setScale at once, to be used where nobody hears of either.
-    void poseUnheard(const Eigen::Matrix4f& matrix, const Eigen::Vector3f& factors);
+    /// setTransformations and setScale at once, to be used where nobody hears of either. The last
+    /// factor is not read.
+    VANTORIX_SCENE_NO_EXPORT void poseUnheard(const Eigen::Matrix4f& matrix,
+                                              const Eigen::Vector4f& factors);
     /// As setTranslation, setRotation and setScale with those of @p other.
     void copyPlacement(const Node& other);
     void applyElement(ITransformation& element);

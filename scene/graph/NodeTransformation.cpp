@@ -1,7 +1,6 @@
-#include <algorithm>
-#include <array>
+#include <cmath>
 #include <cstdint>
-#include <cstring>
+#include <limits>
 #include <utility>
 
 #include <Eigen/SVD>
@@ -18,6 +17,7 @@
 #include "scene/graph/SceneSending.h"
 #include "scene/transform/AxisAngle.h"
 #include "scene/transform/EditCounter.h"
+#include "scene/transform/Lanes.h"
 #include "scene/transform/TransformationMatrix.h"
 #include "scene/transform/TransformationRotate.h"
 #include "scene/transform/TransformationScale.h"
@@ -26,21 +26,22 @@
 namespace vantorix::scene {
 namespace {
 
-bool isFinite(const Eigen::Vector4f& vector) { return ((vector * 0.0f).array() == 0.0f).all(); }
+bool isFinite(const Eigen::Vector4f& vector) {
+    return isZero(~(loadLanes(vector.data()) * allLanes(0) == allLanes(0)));
+}
 
 /// Whether a product with a finite translation adds this to its last column and, to the last bit,
 /// nothing to the others: these hold no -0, and the last row is that of the identity.
 bool turnsOnly(const Eigen::Matrix4f& rotation) {
-    constexpr std::uint32_t negativeZero = 0x80000000u;
-    constexpr std::array<std::uint32_t, 4> lastColumn = {0, 0, 0, 0x3F800000u};
-    std::array<std::uint32_t, 16> bits;
-    std::memcpy(bits.data(), rotation.data(), sizeof(bits));
-    bool turns = true;
+    constexpr std::int32_t negativeZero = std::numeric_limits<std::int32_t>::min();
+    constexpr std::int32_t one = 0x3F800000;
+    LaneBits others = bitsOf(loadLanes(rotation.data() + 12)) ^ LaneBits { 0, 0, 0, one };
     for (std::size_t i = 0; i < 12; i += 4) {
-        turns &= bits[i + 3] == 0;
-        for (std::size_t j = 0; j < 3; ++j) turns &= bits[i + j] != negativeZero;
+        const LaneBits column = bitsOf(loadLanes(rotation.data() + i));
+        others |= column & LaneBits{0, 0, 0, -1};
+        others |= (column == LaneBits{negativeZero, negativeZero, negativeZero, 1});
     }
-    return turns && std::equal(lastColumn.begin(), lastColumn.end(), bits.begin() + 12);
+    return isZero(others);
 }
 
 }  // namespace
@@ -114,9 +115,9 @@ void Node::setTransformations(const Eigen::Matrix4f& matrix) {
     triggerTransformationUpdate();
 }
 
-void Node::poseUnheard(const Eigen::Matrix4f& matrix, const Eigen::Vector3f& factors) {
+void Node::poseUnheard(const Eigen::Matrix4f& matrix, const Eigen::Vector4f& factors) {
     takePlacement(matrix);
-    scaling_ = factors;
+    scaling_ = factors.head<3>();
     updateLocalMatrix();
 }
 
@@ -134,11 +135,15 @@ void Node::copyPlacement(const Node& other) {
 }
 
 void Node::takePlacement(const Eigen::Matrix4f& matrix) {
-    translation_.head<3>() = matrix.topRightCorner<3, 1>();
+    // Written whole: what reads them next waits for parts to come together.
+    storeLanes(translation_.data(), withoutLast(loadLanes(matrix.col(3).data())));
     for (Eigen::Index column = 0; column < 3; ++column) {
-        // Four quotients at once, the last of which nobody wants. No guard: defined so.
-        const Eigen::Vector4f axis = matrix.col(column) / matrix.block<3, 1>(0, column).norm();
-        rotation_.block<3, 1>(0, column) = axis.head<3>();
+        const Lanes axis = loadLanes(matrix.col(column).data());
+        const Lanes squares = axis * axis;
+        // No guard: defined so.
+        Lanes unit = axis / allLanes(std::sqrt(squares[0] + (squares[1] + squares[2])));
+        unit[3] = rotation_(3, column);
+        storeLanes(rotation_.col(column).data(), unit);
     }
 }
 
@@ -187,11 +192,15 @@ void Node::applyElement(ITransformation& element) {
 }
 
 void Node::updateLocalMatrix() {
+    const Lanes translation = loadLanes(translation_.data());
+    const auto moved = [&](Eigen::Index column) {
+        const Lanes axis = loadLanes(rotation_.col(column).data());
+        return axis + translation * allLanes(axis[3]);
+    };
     for (Eigen::Index column = 0; column < 3; ++column) {
-        localMatrix_.col(column) =
-            (rotation_.col(column) + translation_ * rotation_(3, column)) * scaling_(column);
+        storeLanes(localMatrix_.col(column).data(), moved(column) * allLanes(scaling_[column]));
     }
-    localMatrix_.col(3) = rotation_.col(3) + translation_ * rotation_(3, 3);
+    storeLanes(localMatrix_.col(3).data(), moved(3));
     isLocalShifted_ = isFinite(translation_) && turnsOnly(rotation_);
     forgetWorldMatrix();
 }

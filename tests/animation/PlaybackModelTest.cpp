@@ -5,6 +5,7 @@
 #include <boost/date_time/posix_time/posix_time_duration.hpp>
 #include <gtest/gtest.h>
 
+#include "core_api/event/EventBase.h"
 #include "core_api/logger/Logger.h"
 
 #include "scene/animation/AnimationManager.h"
@@ -68,9 +69,13 @@ class EditedPlayback {
 public:
     EditedPlayback(unsigned int seed, bool isHeard) : dice_(seed), model_(*scene_.manager) {
         if (!isHeard) scene_->setEventManager(boost::make_shared<core::event::EventManager>());
+        listener_.registerHandler(std::string("SceneUpdate"), [this](core::event::Event) {
+            if (isPlaying_ && !keepsReference_ && dice_.oneIn(8)) editStream();
+        });
         for (int i = 0; i < 7; ++i) addNode();
         for (int i = 0; i < 12; ++i) addChannel();
         manager_->attach(scene_.manager);
+        other_->attach(scene_.manager);
         setAnimation();
     }
 
@@ -82,20 +87,20 @@ public:
             &EditedPlayback::addElement,    &EditedPlayback::shuffleElements,
             &EditedPlayback::renameElement, &EditedPlayback::turnElement,
             &EditedPlayback::addChannel,    &EditedPlayback::addChild,
-            &EditedPlayback::editTimes,     &EditedPlayback::editValues,
-            &EditedPlayback::editNames,     &EditedPlayback::replaceSampler,
+            &EditedPlayback::editStream,    &EditedPlayback::editStream,
+            &EditedPlayback::editStream,    &EditedPlayback::replaceSampler,
             &EditedPlayback::setAnimation,  &EditedPlayback::addForeignNode};
         (this->*dice_.pick(edits))();
     }
 
     /// Both play at a random time; every node has to be where the model puts it, and one that no
-    /// channel names where it was.
+    /// channel names where it was. Another manager may have seen the edits first.
     ::testing::AssertionResult agree() {
+        if (dice_.oneIn(2)) play(*other_, dice_.below(1000));
         const int time = dice_.below(1000);
         auto expected = model_.localMatrices(static_cast<float>(time / 1000.0));
         for (const auto& node : nodes_) expected.emplace(node, node->getTransformations());
-        manager_->setTime(milliseconds(time));
-        if (!manager_->update(milliseconds(0))) return ::testing::AssertionFailure() << "no update";
+        if (!play(*manager_, time)) return ::testing::AssertionFailure() << "no update";
         for (const auto& [node, matrix] : expected) {
             if (test::isNear(matrix, node->getTransformations())) continue;
             return ::testing::AssertionFailure() << node->getID() << " at " << time << "\n"
@@ -106,6 +111,14 @@ public:
     }
 
 private:
+    bool play(AnimationManager& manager, int time) {
+        isPlaying_ = true;
+        manager.setTime(milliseconds(time));
+        const bool hasPlayed = manager.update(milliseconds(0));
+        isPlaying_ = false;
+        return hasPlayed;
+    }
+
     std::string randomID() {
         return dice_.pick<std::string>({"n0", "n1", "n2", "n3", "n4", "a long node ID.001"});
     }
@@ -198,7 +211,18 @@ private:
         Keys keys(times, stride, values);
         if (dice_.oneIn(3)) keys.names->stringValues[0] = "StEp";
         if (dice_.oneIn(12)) keys.input->params.resize(2, keys.input->params[0]);
+        if (!keys_.empty() && dice_.oneIn(3)) shareStreams(keys, dice_.pick(keys_));
         return keys;
+    }
+
+    void shareStreams(Keys& keys, const Keys& owner) {
+        keys.input = owner.input;
+        if (dice_.oneIn(2)) keys.output = owner.output;
+        if (dice_.oneIn(2)) keys.names = owner.names;
+        keys.sampler = boost::make_shared<Sampler>("sharing");
+        keys.sampler->addInput("INPUT", keys.input);
+        keys.sampler->addInput("OUTPUT", keys.output);
+        keys.sampler->addInput("INTERPOLATION", keys.names);
     }
 
     void addChannel() {
@@ -217,34 +241,89 @@ private:
         addChannel();
     }
 
-    void editTimes() {
-        auto& input = *dice_.pick(keys_).input;
-        if (input.values.empty()) return;
-        const auto key =
-            static_cast<std::size_t>(dice_.below(static_cast<int>(input.values.size())));
-        const int kind = dice_.below(6);
-        if (kind == 0) input.values[key] = std::numeric_limits<float>::quiet_NaN();
-        if (kind == 1) input.values.resize(key);
-        if (kind == 2) input.values.push_back(dice_.within(0, 1));
-        if (kind == 3) input.params[0].first = input.params[0].first == "TIME" ? "OTHER" : "TIME";
-        if (kind > 3) input.values[key] = dice_.within(0, 1);
-    }
-
-    void editValues() {
-        auto& output = *dice_.pick(keys_).output;
-        const int kind = dice_.below(4);
-        if (kind == 0) output.stride = dice_.pick<int>({-1, 0, 1, 3, 4});
-        if (kind == 1) output.values.resize(output.values.size() / 2);
-        if (kind == 2) output.count = -1;
-        for (int i = 0; i < 200 && kind == 3 && output.stride < 16; ++i) {
-            output.values.push_back(dice_.within(0.3f, 3));
+    void editStream() {
+        const auto keys = dice_.pick(keys_);
+        const auto others = dice_.pick(keys_);
+        switch (dice_.below(5)) {
+            case 0:
+                return editList(keys.input->values, others.input->values, [this] {
+                    return dice_.oneIn(20) ? std::numeric_limits<float>::quiet_NaN()
+                                           : dice_.within(0, 1);
+                });
+            case 1:
+                if (keys.output->stride == 16) return editMatrix(keys.output->values);
+                if (others.output->stride == 16) return;
+                return editList(keys.output->values, others.output->values,
+                                [this] { return dice_.within(0.3f, 3); });
+            case 2:
+                return editList(keys.names->stringValues, others.names->stringValues, [this] {
+                    return dice_.pick<std::string>({"STEP", "LINEAR", "Bezier", "step", "?"});
+                });
+            case 3:
+                return editList(keys.input->params, others.input->params, [this] {
+                    return std::make_pair(std::string(dice_.oneIn(3) ? "OTHER" : "TIME"),
+                                          std::string("float"));
+                });
+            default:
+                keys.output->stride = dice_.pick<int>({-1, 0, 1, 3, 4});
         }
     }
 
-    void editNames() {
-        auto& names = dice_.pick(keys_).names->stringValues;
-        if (dice_.oneIn(4)) names.clear();
-        for (auto& name : names) name = dice_.pick<std::string>({"STEP", "LINEAR", "Bezier", "?"});
+    /// Another first key: the model blends nothing but rotations.
+    void editMatrix(FloatArray& values) {
+        if (values.size() < 16) return;
+        test::Floats copy = values;
+        const auto rows = test::rowsOf(dice_.matrix());
+        if (dice_.oneIn(4)) {
+            std::copy(rows.begin(), rows.end(), values.begin());
+        } else {
+            std::copy(rows.begin(), rows.end(), copy.begin());
+            values = copy;
+        }
+    }
+
+    /// In one of the ways that there are, with items that @p make makes.
+    template <class List, class Make>
+    void editList(List& list, List& other, const Make& make) {
+        std::vector<typename List::value_type> copy = list;
+        const auto place = dice_.below(static_cast<int>(copy.size()) + 1);
+        const bool isAtEnd = place == static_cast<int>(copy.size());
+        switch (dice_.below(11)) {
+            case 0:
+                return list.push_back(make());
+            case 1:
+                return list.resize(static_cast<std::size_t>(place));
+            case 2:
+                return static_cast<void>(list.insert(list.cbegin() + place, make()));
+            case 3:
+                if (!isAtEnd) list.erase(list.cbegin() + place);
+                return;
+            case 4:
+                return list.swap(other);
+            case 5:
+                return list.swap(copy);
+            case 6:
+                list = other;  // Until one of them changes.
+                return;
+            case 7:
+                return isAtEnd ? list.assign(5, make()) : writeLater(list.begin()[place], make());
+            case 8:
+                list = List(list);
+                return;
+            default:
+                if (!isAtEnd) copy[static_cast<std::size_t>(place)] = make();
+                list = copy;
+        }
+    }
+
+    template <class Item>
+    void writeLater(Item& item, Item value) {
+        if (!isPlaying_) {
+            keepsReference_ = true;
+            play(dice_.oneIn(2) ? *manager_ : *other_, dice_.below(1000));
+            keepsReference_ = false;
+        }
+        item = value;
     }
 
     void replaceSampler() { *dice_.pick(keys_).sampler = *dice_.pick(keys_).sampler; }
@@ -254,6 +333,7 @@ private:
         const Keys last({0, 100}, 3, {0, 0, 0, 0, 0, 0});
         animations_.front()->addChannel(last.sampler, "nowhere/a");
         manager_->setAnimation(animations_.front());
+        other_->setAnimation(animations_.front());
         model_.setAnimation(animations_.front());
     }
 
@@ -265,7 +345,11 @@ private:
     std::vector<boost::shared_ptr<Animation>> animations_{test::makeAnimation()};
     std::vector<Keys> keys_;
     boost::shared_ptr<AnimationManager> manager_ = boost::make_shared<AnimationManager>();
+    boost::shared_ptr<AnimationManager> other_ = boost::make_shared<AnimationManager>();
     test::NaivePlayback model_;
+    bool isPlaying_ = false;
+    bool keepsReference_ = false;                     // An edit might end it.
+    core::event::EventBase listener_{scene_.events};  // Edits streams during an update.
 };
 
 struct PlaybackModel : ::testing::TestWithParam<unsigned int> {

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <string>
 #include <thread>
 
 #include "scene/geometry/FloatArray.h"
@@ -57,34 +58,46 @@ TEST(FloatArray, IsBuiltInEveryWayThatAVectorIs) {
     EXPECT_EQ(copy, assigned);
 }
 
-/// The edits that no stream test makes.
-template <typename Values>
-void editInEveryWay(Values& values) {
-    values.assign(3, 4.0f);
-    values.assign({5, 6, 7});
-    *values.insert(values.cbegin() + 1, 8) += 1;
-    values.insert(values.end(), 3, 9.0f);
-    values.insert(values.begin(), {1, 2});
-    const Floats more = {3, 4};
+/// The edits that no stream test makes, with items made of numbers.
+template <typename Values, typename Item>
+void editInEveryWay(Values& values, const Item& item) {
+    values.assign(3, item(4));
+    values.assign({item(5), item(6), item(7)});
+    *values.insert(values.cbegin() + 1, item(8)) += item(1);
+    values.insert(values.end(), 3, item(9));
+    values.insert(values.begin(), {item(1), item(2)});
+    const std::vector<typename Values::value_type> more = {item(3), item(4)};
     values.insert(values.end() - 1, more.begin(), more.end());
-    *values.emplace(values.begin(), 10.0f) -= 1;
-    values.emplace_back(11.0f) += 1;
-    *values.erase(values.begin() + 2) *= 2;
-    *values.erase(values.begin(), values.begin() + 2) *= 3;
+    *values.emplace(values.begin(), item(10)) += item(1);
+    values.emplace_back(item(11));
+    values.back() += item(1);
+    values.resize(values.size() + 1);
+    values.resize(values.size() + 2, item(12));
+    *values.erase(values.begin() + 2) += item(2);
+    *values.erase(values.begin(), values.begin() + 2) += item(3);
     std::reverse(values.rbegin(), values.rend() - 1);
-    for (auto& value : values) value += 1;
-    Values other = {1};
+    for (auto& value : values) value += item(1);
+    Values other = {item(1)};
     swap(values, other);
     values.swap(other);
 }
 
-TEST(FloatArray, IsEditedInEveryWayThatAVectorIs) {
-    Floats model;
+template <typename Values, typename Item>
+void expectEditsAsOfAVector(const Item& item) {
+    std::vector<typename Values::value_type> model;
+    Values values;
+    editInEveryWay(model, item);
+    editInEveryWay(values, item);
+    EXPECT_EQ(values, model);
+    EXPECT_TRUE(std::equal(values.crbegin(), values.crend(), model.rbegin(), model.rend()));
+}
+
+TEST(TrackedVector, IsEditedInEveryWayThatAVectorIs) {
+    expectEditsAsOfAVector<FloatArray>([](int number) { return static_cast<float>(number); });
+    expectEditsAsOfAVector<TrackedVector<std::string>>(
+        [](int number) { return std::to_string(number); });
     FloatArray array;
-    editInEveryWay(model);
-    editInEveryWay(array);
-    EXPECT_EQ(array, model);
-    EXPECT_EQ(Floats(array.crbegin(), array.crend()), Floats(model.rbegin(), model.rend()));
+    EXPECT_EQ(array.emplace_back(1.0f) += 1, 2);
 }
 
 TEST(FloatArray, SwapsWithAVectorOnEitherSide) {

@@ -86,7 +86,7 @@ class MeshPrinter(Printer):
 class StreamPrinter(Printer):
     def describe(self):
         stride = int(self.value["stride"])
-        floats = self.value["values"]["floats_"]
+        floats = self.value["values"]["items_"]
         width = max(1, stride)
         shown = first_of(floats, TUPLES_SHOWN * width)
         tuples = [numbers(shown[i : i + width]) for i in range(0, len(shown), width)]
