@@ -88,6 +88,9 @@ public:
             &EditedPlayback::renameElement, &EditedPlayback::turnElement,
             &EditedPlayback::addChannel,    &EditedPlayback::addChild,
             &EditedPlayback::editStream,    &EditedPlayback::editStream,
+            &EditedPlayback::editStream,    &EditedPlayback::editStream,
+            &EditedPlayback::editStream,    &EditedPlayback::editStream,
+            &EditedPlayback::editStream,    &EditedPlayback::editStream,
             &EditedPlayback::editStream,    &EditedPlayback::replaceSampler,
             &EditedPlayback::setAnimation,  &EditedPlayback::addForeignNode};
         (this->*dice_.pick(edits))();
@@ -196,8 +199,7 @@ private:
         }
     }
 
-    Keys makeKeys() {
-        const int stride = dice_.pick<int>({1, 3, 4, 16});
+    Keys makeKeys(int stride) {
         const int count = 2 + dice_.below(40);
         test::Floats times, values;
         for (int key = 0; key < count; ++key) {
@@ -211,7 +213,7 @@ private:
         Keys keys(times, stride, values);
         if (dice_.oneIn(3)) keys.names->stringValues[0] = "StEp";
         if (dice_.oneIn(12)) keys.input->params.resize(2, keys.input->params[0]);
-        if (!keys_.empty() && dice_.oneIn(3)) shareStreams(keys, dice_.pick(keys_));
+        if (!keys_.empty() && dice_.oneIn(4)) shareStreams(keys, dice_.pick(keys_));
         return keys;
     }
 
@@ -225,10 +227,23 @@ private:
         keys.sampler->addInput("INTERPOLATION", keys.names);
     }
 
+    /// Mostly one that can be played.
     void addChannel() {
-        keys_.push_back(makeKeys());
+        auto target = randomTarget();
+        int stride = dice_.pick<int>({1, 3, 4, 16});
+        const auto node = dice_.pick(nodes_);
+        const auto elements = node->getOriginalTransformations();
+        if (!elements.empty() && !dice_.oneIn(5)) {
+            const auto& element = *dice_.pick(elements);
+            const auto component = dice_.pick<std::string>({"", "", ".x"});
+            const auto type = element.getType();
+            target = node->getID() + "/" + element.getSid() + component;
+            stride = component.empty() ? type == ITransformation::ROTATE ? 4 : 3 : 1;
+            if (type == ITransformation::MATRIX) stride = 16;
+        }
+        keys_.push_back(makeKeys(stride));
         const auto animation = dice_.pick(animations_);
-        animation->addChannel(dice_.oneIn(20) ? nullptr : keys_.back().sampler, randomTarget());
+        animation->addChannel(dice_.oneIn(20) ? nullptr : keys_.back().sampler, target);
     }
 
     /// Now and then one that is there already, and never one that contains itself.
@@ -261,11 +276,11 @@ private:
                 });
             case 3:
                 return editList(keys.input->params, others.input->params, [this] {
-                    return std::make_pair(std::string(dice_.oneIn(3) ? "OTHER" : "TIME"),
+                    return std::make_pair(std::string(dice_.oneIn(4) ? "OTHER" : "TIME"),
                                           std::string("float"));
                 });
             default:
-                keys.output->stride = dice_.pick<int>({-1, 0, 1, 3, 4});
+                if (dice_.oneIn(2)) keys.output->stride = dice_.pick<int>({-1, 0, 1, 3, 4});
         }
     }
 
@@ -311,7 +326,7 @@ private:
                 list = List(list);
                 return;
             default:
-                if (!isAtEnd) copy[static_cast<std::size_t>(place)] = make();
+                for (auto& item : copy) item = make();
                 list = copy;
         }
     }
@@ -363,7 +378,7 @@ TEST_P(PlaybackModel, AgreesAfterEveryEdit) {
     for (int step = 0; step < 150; ++step) {
         playback.edit();
         ASSERT_TRUE(playback.agree()) << "step " << step;
-        if (step % 3 == 0) {
+        for (int again = 0; again < 3; ++again) {
             ASSERT_TRUE(playback.agree()) << "again after step " << step;
         }
     }
