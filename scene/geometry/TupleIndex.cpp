@@ -247,7 +247,10 @@ std::optional<unsigned int> TupleIndex::insertFew(FloatArray& values, std::size_
         insertFewOf<0>(values, rows, place, count, indices, keys);
     }
     const std::size_t appended = indexed_ - before;
-    if (appended > 0) markRead(values);
+    if (appended > 0) {
+        values.noteRevision();  // They were appended unheard.
+        markRead(values);
+    }
     return static_cast<unsigned int>(appended);
 }
 

@@ -84,11 +84,13 @@ Eigen::Matrix4f matrixOf(const boost::shared_ptr<ITransformation>& element) {
     return Eigen::Matrix4f::Identity();
 }
 
-/// One channel at one time.
+/// One channel at one time. Only reads: a reference for writing would be noticed.
 struct Channel {
+    using StreamPointer = boost::shared_ptr<const Stream>;
+
     Channel(const Sampler& sampler, float t) : time(t) {
-        const auto input = sampler.getStreamBySemantic(Sampler::INPUT);
-        const auto names = sampler.getStreamBySemantic(Sampler::INTERPOLATION);
+        const StreamPointer input = sampler.getStreamBySemantic(Sampler::INPUT);
+        const StreamPointer names = sampler.getStreamBySemantic(Sampler::INTERPOLATION);
         output = sampler.getStreamBySemantic(Sampler::OUTPUT);
         if (!input || !output || !names) return;
         if (input->params.size() != 1 || input->params[0].first != "TIME") return;
@@ -106,8 +108,7 @@ struct Channel {
     }
 
     const float* key(std::size_t index) const {
-        const auto* const values = std::as_const(output->values).data();
-        return values + index * static_cast<std::size_t>(output->stride);
+        return output->values.data() + index * static_cast<std::size_t>(output->stride);
     }
 
     float value(int component) const {
@@ -116,7 +117,7 @@ struct Channel {
         return a + (key(end)[component] - a) * (time - ta) / (tb - ta);
     }
 
-    boost::shared_ptr<Stream> output;
+    StreamPointer output;
     std::size_t end = 0;
     float time;
     float ta = 0, tb = 0;
