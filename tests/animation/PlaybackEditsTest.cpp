@@ -197,7 +197,7 @@ TEST_F(PlaybackEdits, WhereAnIndexAppendsTheValues) {
     TwoChannels channels;
     const auto mesh = boost::make_shared<Mesh>("mesh", "");
     mesh->addVerticesMapping(StreamMapping(POSITION, channels.outputPointer(), 0));
-    TriangleMeshPrimitive primitive(mesh, std::vector<StreamMapping>());
+    TriangleMeshPrimitive primitive(mesh, {StreamMapping(VERTEX, channels.outputPointer(), 0)});
     channels.output().allowDuplicates = false;
     channels.output().values.reserve(1000);
     for (int key = 0; key < 5; ++key) {
@@ -211,7 +211,8 @@ TEST_F(PlaybackEdits, WhereAnIndexAppendsTheValues) {
         } else {
             const auto vertex = boost::make_shared<Vertex>();
             vertex->setPosition(number, number, 0);
-            primitive.addTriangle(boost::make_shared<Triangle>(vertex, vertex, vertex), true);
+            const auto face = boost::make_shared<Triangle>(vertex, vertex, vertex);
+            EXPECT_TRUE(primitive.addTriangle(face, true));
         }
         channels.expectRight();
     }
