@@ -111,7 +111,7 @@ void playMatrix(const Moment& moment, Pose& pose) {
 }
 
 /// Returns whether the output fits the element.
-bool playTrack(const Moment& moment, Pose& pose) {
+bool playMoment(const Moment& moment, Pose& pose) {
     if (moment.track.kind == Track::ROTATE) return playRotation(moment, pose);
     if (moment.track.kind != Track::MATRIX) return playVector(moment, pose);
     playMatrix(moment, pose);
@@ -207,20 +207,20 @@ inline void AnimationPlayback::fetchTrack(std::size_t number) const {
 }
 
 inline void AnimationPlayback::evaluateTrack(std::size_t number, float time, Pose& pose) {
-    const Track* track = &tracks_.tracks()[number];
-    if (track->kind == Track::NOTHING) return;
-    const auto* interval = &tracks_.interval(*track);
-    Track openTrack;
-    KeyInterval openInterval;
-    if (track->isOpen) {
-        openInterval = tracks_.readOpen(number, time, openTrack);
-        track = &openTrack;
-        interval = &openInterval;
-    }
-    if (interval->endKey == 0) return;
-    const bool holds = track->names == Track::SOME_HOLD && tracks_.holds(number, interval->endKey);
-    const Moment moment{*track, *interval, tracks_.source(number), holds};
-    if (!playTrack(moment, pose)) misfits_.push_back(number);
+    const Track& track = tracks_.tracks()[number];
+    if (track.kind == Track::NOTHING) return;
+    if (!track.isOpen) return playTrack(number, track, tracks_.interval(track), pose);
+    Track copy = track;
+    const auto interval = tracks_.readOpen(number, time, copy);
+    playTrack(number, copy, interval, pose);
+}
+
+inline void AnimationPlayback::playTrack(std::size_t number, const Track& track,
+                                         const KeyInterval& interval, Pose& pose) {
+    if (interval.endKey == 0) return;
+    const bool holds = track.names == Track::SOME_HOLD && tracks_.holds(number, interval.endKey);
+    const Moment moment{track, interval, tracks_.source(number), holds};
+    if (!playMoment(moment, pose)) misfits_.push_back(number);
 }
 
 // In the order of the channels, whichever node they belong to.

@@ -45,7 +45,7 @@ private:
 
     /// Of one slot, as it was evaluated.
     struct NodePose {
-        Node* node;  ///< Null when there is none; then the rest means nothing.
+        Node* node = nullptr;  ///< Null when there is none; then the rest means nothing.
         Eigen::Matrix4f matrix;
         Eigen::Vector4f scale;  ///< And anything.
     };
@@ -55,6 +55,7 @@ private:
     void evaluate(float time, const Take& take);
     void evaluate(std::size_t slot, std::size_t count, float time, NodePose* poses);
     void evaluateTrack(std::size_t number, float time, Pose& pose);
+    void playTrack(std::size_t number, const Track& track, const KeyInterval& interval, Pose& pose);
     void fetch(std::size_t slot) const;
     void fetchTrack(std::size_t number) const;
     void warnOfMisfits();

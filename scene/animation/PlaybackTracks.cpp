@@ -238,7 +238,6 @@ void PlaybackTracks::read(Track& track, TrackSource& source) {
 
 KeyInterval PlaybackTracks::readOpen(std::size_t track, float time, Track& copy) {
     auto& source = sources_[track];
-    copy = tracks_[track];
     if (!holdsKeyTimes(*source.input)) return {};
     copy.values = source.output->values.data();
     copy.valueCount = valueCountOf(*source.output);

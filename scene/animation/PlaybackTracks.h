@@ -39,14 +39,14 @@ struct Track {
 
 /// All that the texts of a channel lead to.
 struct TrackSource {
-    const Stream* input;
-    const Stream* output;
-    const Stream* names;
-    const ChannelTarget* target;
-    const TransformationRotate* rotation;  ///< Only where the element gives axis or angle.
-    std::uint32_t slot;
-    std::uint32_t number;  ///< Counts from the first channel that is played.
-    KeyOrder order;        ///< Of an open track.
+    const Stream* input = nullptr;
+    const Stream* output = nullptr;
+    const Stream* names = nullptr;
+    const ChannelTarget* target = nullptr;
+    const TransformationRotate* rotation = nullptr;  ///< Where the element gives axis or angle.
+    std::uint32_t slot = 0;
+    std::uint32_t number = 0;  ///< Counts from the first channel that is played.
+    KeyOrder order;            ///< Of an open track.
     /// @name What the track knows of the streams; 0 for nothing.
     /// @{
     std::uint64_t inputRevision = 0;

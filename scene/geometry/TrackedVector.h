@@ -60,7 +60,10 @@ public:
     }
     ~TrackedVector() = default;
 
-    TrackedVector& operator=(const TrackedVector& other) { return *this = other.items_; }
+    TrackedVector& operator=(const TrackedVector& other) {
+        *this = other.items_;
+        return *this;
+    }
     TrackedVector& operator=(TrackedVector&& other) noexcept {
         if (this == &other) return *this;
         items_ = std::move(other.items_);
