@@ -197,7 +197,7 @@ inline int TupleIndex::insertByGuess(FloatArray& values, const float* value, int
 template <std::size_t FixedStride>
 void TupleIndex::insertFound(FloatArray& values, const float* tuples, std::size_t count,
                              int* indices) {
-    std::array<std::uint32_t, ahead> hashes;
+    std::array<std::uint32_t, ahead> hashes{};
     const std::size_t stride = FixedStride == 0 ? stride_ : FixedStride;
     const auto prepare = [&](std::size_t i) {
         const auto hash = hashTuple(tuples + i * stride, stride);
@@ -263,7 +263,7 @@ void TupleIndex::insertFewOf(FloatArray& values, const float* const* rows, std::
         }
         return;
     }
-    std::array<std::uint32_t, mostOfFew> hashes;
+    std::array<std::uint32_t, mostOfFew> hashes{};
     const std::size_t stride = FixedStride == 0 ? stride_ : FixedStride;
     for (std::size_t i = 0; i < count; ++i) {
         hashes[i] = hashTuple(rows[i] + place, stride);
@@ -295,7 +295,7 @@ void TupleIndex::noteGuess(int key, int tuple) {
 
 // Without memory for it there is one guess less.
 bool TupleIndex::makeRoomForGuess(std::size_t place) {
-    const std::size_t size = std::max<std::size_t>({place + 1, 2 * guesses_.size(), 64});
+    const auto size = std::max<std::size_t>({place + 1, 2 * guesses_.size(), 64});
     try {
         guesses_.resize(size, unused);
     } catch (const std::bad_alloc&) {

@@ -43,9 +43,9 @@ private:
 
 }  // namespace
 
-Vertex::Vertex() = default;
+Vertex::Vertex() : floats_() {}
 
-Vertex::Vertex(const Vertex& other) { *this = other; }
+Vertex::Vertex(const Vertex& other) : floats_() { *this = other; }
 
 Vertex& Vertex::operator=(const Vertex& other) {
     makeElements() = other.getElements();

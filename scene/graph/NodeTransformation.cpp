@@ -1,4 +1,5 @@
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <utility>
@@ -353,7 +354,7 @@ void Node::forgetDependents() const {
 
 // Goes down as long as nodes have one branch each; returns the list where that ends, if any.
 Branches* Node::forgetChain(const Node& top) {
-    constexpr std::uintptr_t nodesAhead = 16;
+    constexpr std::ptrdiff_t nodesAhead = 16;
     const Node* node = &top;
     for (;;) {
         node->hasDependents_ = false;
@@ -361,9 +362,9 @@ Branches* Node::forgetChain(const Node& top) {
         const Node* const below = std::exchange(node->soleBranch_, nullptr);
         if (!below) break;
         // Nodes that were made one after the other mostly lie one after the other.
-        const auto place = reinterpret_cast<std::uintptr_t>(&below->epoch_);
-        const auto step = place - reinterpret_cast<std::uintptr_t>(&node->epoch_);
-        __builtin_prefetch(reinterpret_cast<const void*>(place + nodesAhead * step));
+        const auto* const place = reinterpret_cast<const char*>(&below->epoch_);
+        const auto step = place - reinterpret_cast<const char*>(&node->epoch_);
+        __builtin_prefetch(place + nodesAhead * step);
         below->branchPlace_ = unlisted;
         node = below;
     }
