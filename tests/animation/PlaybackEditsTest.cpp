@@ -232,7 +232,10 @@ TEST_F(PlaybackEdits, ThroughReferencesThatAreStillAlive) {
         channels.play();
     }
     channels.expectRight();
+}
 
+TEST_F(PlaybackEdits, ThroughAReferenceThatCameWithItsList) {
+    TwoChannels channels;
     FloatArray moved(channels.input().values);
     auto& movedTime = moved[5];
     channels.input().values = std::move(moved);
