@@ -1,38 +1,13 @@
 #pragma once
 
-#include <array>
-#include <cmath>
+#include <cstddef>
 
 #include <Eigen/Core>
 
+#include "scene/transform/AxisAngle.h"
 #include "scene/transform/Lanes.h"
 
 namespace vantorix::scene {
-
-/// Three columns of a matrix.
-using Axes = std::array<Lanes, 3>;
-
-constexpr Axes unitAxes = {Lanes{1, 0, 0, 0}, Lanes{0, 1, 0, 0}, Lanes{0, 0, 1, 0}};
-
-/// The rotation about an axis of any length, which may be 0, by degrees in the last lane. What the
-/// last lanes of the columns hold means nothing. As AngleAxis computes it, a column at a time.
-inline Axes axesTurnedAbout(Lanes axisAndDegrees) {
-    constexpr float radiansPerDegree = 0.017453292f;
-    const Lanes squares = axisAndDegrees * axisAndDegrees;
-    const float length = std::sqrt(squares[0] + (squares[1] + squares[2]));
-    if (!(length > 0.0f)) return unitAxes;
-    const float angle = axisAndDegrees[3] * radiansPerDegree;
-    const float sine = std::sin(angle);
-    const float cosine = std::cos(angle);
-    const Lanes axis = axisAndDegrees / allLanes(length);
-    const Lanes s = allLanes(sine) * axis;
-    const Lanes v = allLanes(1.0f - cosine) * axis;
-    // The cosine stands on the diagonal, the sines around it.
-    const Lanes c = allLanes(cosine);
-    return {pick<0, 0, 0>(v) * axis + Lanes{1, 1, -1, 1} * pick<0, 6, 5>(c, s),
-            pick<0, 1, 1>(v) * pick<1, 1, 2>(axis) + Lanes{-1, 1, 1, 1} * pick<6, 0, 4>(c, s),
-            v * pick<2, 2, 2>(axis) + Lanes{1, -1, 1, 1} * pick<5, 4, 0>(c, s)};
-}
 
 /// What the channels of one node give together. The translation is a whole matrix, since it also
 /// takes what a matrix channel gives; until one does, only its last column counts.
