@@ -1,6 +1,7 @@
 #include "scene/animation/AnimationManager.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <limits>
 
@@ -183,7 +184,8 @@ int AnimationManager::indexOfCoordinateValue(const std::string& name) const {
 float AnimationManager::interpolateBezier(float a, float b, float ta, float tb, float t,
                                           const Eigen::Vector2f& /*c0*/,
                                           const Eigen::Vector2f& /*c1*/) const {
-    return interpolateKeys(a, b, ta, tb, t);  // Without the tangents, on purpose.
+    const std::array<float, 2> times = {ta, tb};
+    return KeyInterval(times.data(), 2, 1, t).between(a, b);  // Without the tangents, on purpose.
 }
 
 }  // namespace vantorix::scene

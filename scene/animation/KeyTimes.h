@@ -89,11 +89,4 @@ struct KeyInterval {
     bool isInstant = false;  ///< Both keys have the same time.
 };
 
-/// The value at @p t on the line from (@p ta, @p a) to (@p tb, @p b), @p a where both times are
-/// equal.
-inline float interpolateKeys(float a, float b, float ta, float tb, float t) {
-    if (tb == ta) return a;
-    return a + (b - a) * (t - ta) / (tb - ta);
-}
-
 }  // namespace vantorix::scene
