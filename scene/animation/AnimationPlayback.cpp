@@ -3,20 +3,18 @@
 #include <algorithm>
 #include <array>
 
-#include "core_api/event/EventManager.h"
 #include "core_api/logger/Logger.h"
 
 #include "scene/animation/Animation.h"
 #include "scene/animation/MatrixKeys.h"
 #include "scene/animation/Pose.h"
 #include "scene/graph/Node.h"
-#include "scene/graph/SceneEvents.h"
 #include "scene/graph/SceneManager.h"
+#include "scene/graph/SceneSending.h"
 #include "scene/transform/AxisAngle.h"
 #include "scene/transform/TransformationRotate.h"
 
 namespace vantorix::scene {
-
 namespace {
 
 constexpr int angleComponent = 3;
@@ -118,10 +116,9 @@ bool playMoment(const Moment& moment, Pose& pose) {
     return true;
 }
 
-bool isHeard(const SceneManager& scene) {
+bool areMovesHeard(const SceneManager& scene) {
     const auto events = scene.getEventManager();
-    return events && (events->isHeard(events::nodeTransformationUpdate) ||
-                      events->isHeard(events::sceneUpdate));
+    return events && hearsMoves(*events);
 }
 
 }  // namespace
@@ -135,7 +132,7 @@ void AnimationPlayback::reset(BaseMatrices baseMatrices) {
 void AnimationPlayback::play(Animation& animation, SceneManager& scene, float time) {
     if (tracks_.refresh(animation, scene)) findBaseMatrices();
     tracks_.seek(time);
-    if (tracks_.nodes().belongToScene() && !isHeard(scene)) return playUnheard(time);
+    if (tracks_.nodes().belongToScene() && !areMovesHeard(scene)) return playUnheard(time);
     playHeard(time);
 }
 

@@ -26,11 +26,6 @@ unsigned int nextNumber() {
     return next++;
 }
 
-bool hearsMoves(const core::event::EventManager& manager) {
-    return manager.isHeard(events::nodeTransformationUpdate) ||
-           manager.isHeard(events::sceneUpdate);
-}
-
 }  // namespace
 
 Node::Node(boost::shared_ptr<SceneManager> sceneManager)

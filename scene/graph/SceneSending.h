@@ -5,6 +5,7 @@
 #include "core_api/event/Event.h"
 #include "core_api/event/EventManager.h"
 
+#include "scene/graph/SceneEvents.h"
 #include "scene/graph/SceneHandle.h"
 #include "scene/graph/SceneManager.h"
 
@@ -15,6 +16,12 @@ namespace vantorix::scene {
 inline core::event::EventManager* peekEventManager(const SceneHandle& handle) {
     const auto* const scene = handle.get();
     return scene ? scene->peekEventManager() : nullptr;
+}
+
+/// Whether somebody hears what a node sends when it moves.
+inline bool hearsMoves(const core::event::EventManager& manager) {
+    return manager.isHeard(events::nodeTransformationUpdate) ||
+           manager.isHeard(events::sceneUpdate);
 }
 
 inline bool isHeard(const SceneHandle& handle, const core::event::EventType& type) {
