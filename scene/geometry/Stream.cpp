@@ -92,7 +92,6 @@ void Stream::insertEach(const float* tuples, std::size_t tupleCount, int* indice
     }
     if (done == tupleCount) return;
     if (!index_) index_ = std::make_unique<TupleIndex>();
-    values.noteRevision();  // The index appends unheard.
     const std::size_t before = values.size();
     const auto countAppended = [&] {
         if (values.size() == before) return;

@@ -141,6 +141,7 @@ std::size_t TupleIndex::search(const FloatArray& values, const float* value) {
 
 void TupleIndex::insertAll(FloatArray& values, std::size_t stride, const float* tuples,
                            std::size_t count, int* indices, const int* keys) {
+    values.noteRevision();  // They are appended unheard, and memory may end between two.
     if (!isUpToDate(values, stride)) readChanges(values, stride);
     if (stride == 3) return insertEach<3>(values, tuples, count, indices, keys);
     if (stride == 2) return insertEach<2>(values, tuples, count, indices, keys);
