@@ -45,8 +45,7 @@ bool MeshPrimitiveBase::appendFace(const Corners& corners, bool deduplicate) {
     FaceRows rows;
     const bool isUsual = rows.read(corners);
     if (isUsual && appendUsual(rows)) return true;
-    const auto mesh = lockMesh();
-    if (!mesh) return false;
+    const auto mesh = lockMesh();  // Stays meanwhile, if it is still there.
     Inputs inputs;
     for (const auto& corner : corners) {
         if (!corner || !findInputs(*corner, inputs)) return false;
@@ -85,7 +84,8 @@ bool MeshPrimitiveBase::findInputs(const Vertex& corner, Inputs& inputs) const {
 // Not when a mapping without a stream comes before that of a new stream, which nobody would find.
 bool MeshPrimitiveBase::canAddStreamFor(StreamSemantic semantic) const {
     if (findBySemantic(streamMappings_, semantic)) return false;
-    return semantic != POSITION || peekMesh()->getVertices().empty();
+    const auto* const mesh = peekMesh();
+    return mesh && (semantic != POSITION || mesh->getVertices().empty());
 }
 
 bool MeshPrimitiveBase::prepareStreams(const Vertex& corner, bool deduplicate, Inputs& inputs) {

@@ -238,6 +238,9 @@ TEST_F(MeshOwnership, APrimitiveThatOutlivesItsMeshAnswersNeutrally) {
     EXPECT_EQ(primitive->getTriangleAt(0)->getVertexAt(0)->getElementCount(), 0u);
     EXPECT_FALSE(primitive->addTriangle(makeRightTriangle(), true));
     EXPECT_EQ(primitive->getIndexStream().size(), 3u);
+    const auto bare = boost::make_shared<Vertex>();
+    EXPECT_TRUE(primitive->addTriangle(boost::make_shared<Triangle>(bare, bare, bare), true));
+    EXPECT_EQ(primitive->getIndexStream().size(), 6u);
     primitive->recalculateVertexNormals();
     EXPECT_TRUE(primitive->clone({}));
 }
