@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 
+#include "scene/graph/SceneManager.h"
 #include "scene/transform/TransformationMatrix.h"
 #include "scene/transform/TransformationRotate.h"
 #include "scene/transform/TransformationScale.h"
