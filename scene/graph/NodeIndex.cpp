@@ -46,9 +46,12 @@ void NodeIndex::findAllByID(Node& root, const std::vector<std::string>& ids,
     const bool isBuilt = ids_.built || build(ids_, root);
     Wanted wanted;
     for (std::size_t i = 0; i < ids.size(); ++i) {
-        if (!isBuilt || ids_.table.find(ids[i], nodes[i]) == NodeTable::SEVERAL) {
-            wanted.emplace(ids[i], i);
+        if (isBuilt) {
+            const auto found = ids_.table.find(ids[i]);
+            nodes[i] = found.node;
+            if (found.answer != NodeTable::SEVERAL) continue;
         }
+        wanted.emplace(ids[i], i);
     }
     if (!wanted.empty()) searchIDs(root, wanted, nodes);
 }
@@ -69,14 +72,12 @@ bool NodeIndex::lists(const Node& node) const { return node.indexGeneration_ == 
 Node* NodeIndex::find(View& view, Node& root, const std::string& text, bool& isOnly) {
     isOnly = false;
     if (!view.built && !build(view, root)) return search(root, text, view.table);
-    Node* node = nullptr;
-    const auto answer = view.table.find(text, node);
-    isOnly = answer == NodeTable::ONE && !view.table.isShared(text);
-    if (answer == NodeTable::SEVERAL) {
-        node = search(root, text, view.table);
-        view.table.rememberFirst(text, node);
-    }
-    return node;
+    const auto found = view.table.find(text);
+    isOnly = found.answer == NodeTable::ONE && !view.table.isShared(text);
+    if (found.answer != NodeTable::SEVERAL) return found.node;
+    Node* const first = search(root, text, view.table);
+    view.table.rememberFirst(text, first);
+    return first;
 }
 
 template <class Change>

@@ -25,8 +25,10 @@ public:
     explicit NodeIndex(const SceneManager* scene);
 
     Node* findByID(Node& root, const std::string& id) {
-        Node* node = nullptr;
-        if (ids_.built && ids_.table.find(id, node) != NodeTable::SEVERAL) return node;
+        if (ids_.built) {
+            const auto found = ids_.table.find(id);
+            if (found.answer != NodeTable::SEVERAL) return found.node;
+        }
         bool isOnly = false;
         return findByID(root, id, isOnly);
     }

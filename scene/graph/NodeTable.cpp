@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 #include "core/utils/TextHash.h"
 
@@ -25,30 +26,28 @@ std::size_t firstByte(std::uint64_t marks) {
 
 const std::string& NodeTable::textOf(const Node& node) const { return node.*text_; }
 
-NodeTable::Answer NodeTable::find(const std::string& text, Node*& node) const {
-    if (!shared_.empty()) {
-        const auto found = shared_.find(text);
-        if (found != shared_.end()) {
-            node = found->second.first;
-            return node ? ONE : SEVERAL;
-        }
-    }
-    if (entries_.empty()) return NONE;
+NodeTable::Found NodeTable::find(const std::string& text) const {
+    if (!shared_.empty() && isShared(text)) return findShared(text);
+    if (size_ == 0) return Found{NONE, nullptr};
     const auto position = locate(hashOf(text), text);
-    if (tags_[position] == 0) return NONE;
-    node = entries_[position].node;
-    return ONE;
+    if (tags_[position] == 0) return Found{NONE, nullptr};
+    return Found{ONE, entries_[position].node};
+}
+
+NodeTable::Found NodeTable::findShared(const std::string& text) const {
+    auto* const first = shared_.find(text)->second.first;
+    return Found{first ? ONE : SEVERAL, first};
 }
 
 void NodeTable::fetchEntry(const std::string& text) const {
-    if (entries_.empty()) return;
-    const auto home = hashOf(text) & (entries_.size() - 1);
+    if (size_ == 0) return;
+    const auto home = hashOf(text) & (size_ - 1);
     __builtin_prefetch(&tags_[home]);
     __builtin_prefetch(&entries_[home]);
 }
 
 void NodeTable::fetchNode(const std::string& text) const {
-    if (entries_.empty()) return;
+    if (size_ == 0) return;
     const auto hash = hashOf(text);
     const auto position = probe(hash, [](const Entry&) { return true; });
     if (tags_[position] != 0) fetchAll(*entries_[position].node);
@@ -62,6 +61,8 @@ void NodeTable::fetchAll(const Node& node) const {
     __builtin_prefetch(text + sizeof(std::string) - 1);
     __builtin_prefetch(reinterpret_cast<const char*>(&node) - countsBefore);
 }
+
+bool NodeTable::isShared(const std::string& text) const { return shared_.count(text) > 0; }
 
 void NodeTable::rememberFirst(const std::string& text, Node* node) {
     const auto found = shared_.find(text);
@@ -94,7 +95,7 @@ void NodeTable::erase(Node* node) {
     const auto& text = textOf(*node);
     const auto found = shared_.empty() ? shared_.end() : shared_.find(text);
     if (found == shared_.end()) {
-        if (!entries_.empty()) eraseEntry(locate(hashOf(text), text));
+        if (size_ > 0) eraseEntry(locate(hashOf(text), text));
         return;
     }
     if (--found->second.count == 0) {
@@ -105,8 +106,8 @@ void NodeTable::erase(Node* node) {
 }
 
 void NodeTable::clear() {
-    entries_.clear();
-    entries_.shrink_to_fit();
+    entries_.reset();
+    size_ = 0;
     tags_.clear();
     tags_.shrink_to_fit();
     used_ = 0;
@@ -118,17 +119,23 @@ std::uint32_t NodeTable::hashOf(const std::string& text) {
 }
 
 std::size_t NodeTable::locate(std::uint32_t hash, const std::string& text) const {
-    return probe(hash, [&](const Entry& entry) {
+    const auto isWanted = [&](const Entry& entry) {
         fetchAll(*entry.node);
         const auto& known = textOf(*entry.node);
         return known.size() == text.size() &&
                core::utils::equalTexts(known.data(), text.data(), text.size());
-    });
+    };
+    const auto home = hash & (size_ - 1);
+    const auto& entry = entries_[home];
+    __builtin_prefetch(&entry);  // Together with its tag.
+    // Most stand where they belong: then their node need not wait for a look at the group.
+    if (tags_[home] == tagOf(hash) && entry.hash == hash && isWanted(entry)) return home;
+    return probe(hash, isWanted);
 }
 
 template <class IsWanted>
 std::size_t NodeTable::probe(std::uint32_t hash, const IsWanted& isWanted) const {
-    const auto mask = entries_.size() - 1;
+    const auto mask = size_ - 1;
     const auto wanted = tagOf(hash) * everyByte;
     for (std::size_t position = hash & mask;; position = (position + groupSize) & mask) {
         const auto group = groupAt(position);
@@ -153,25 +160,29 @@ NodeTable::Group NodeTable::groupAt(std::size_t position) const {
 }
 
 void NodeTable::write(std::size_t position, const Entry& entry) {
-    const auto tag = entry.node ? tagOf(entry.hash) : std::uint8_t(0);
     entries_[position] = entry;
+    setTag(position, tagOf(entry.hash));
+}
+
+void NodeTable::setTag(std::size_t position, std::uint8_t tag) {
     tags_[position] = tag;
-    if (position < groupSize) tags_[entries_.size() + position] = tag;
+    if (position < groupSize) tags_[size_ + position] = tag;
 }
 
 void NodeTable::reserve(std::size_t count) {
-    auto size = std::max<std::size_t>(entries_.size(), 16);
+    auto size = std::max<std::size_t>(size_, 16);
     while (!isRoomFor(used_ + count, size)) size *= 2;
-    if (size > entries_.size()) growTo(size);
+    if (size > size_) growTo(size);
 }
 
 void NodeTable::growTo(std::size_t size) {
-    std::vector<Entry> old(size);
-    std::vector<std::uint8_t> tags(old.size() + groupSize);
+    std::unique_ptr<Entry[]> old(new Entry[size]);
+    std::vector<std::uint8_t> oldTags(size + groupSize);
     old.swap(entries_);
-    tags.swap(tags_);
-    for (const auto& entry : old) {
-        if (entry.node) place(entry);
+    oldTags.swap(tags_);
+    std::swap(size, size_);
+    for (std::size_t position = 0; position < size; ++position) {
+        if (oldTags[position] != 0) place(old[position]);
     }
 }
 
@@ -182,17 +193,17 @@ void NodeTable::place(const Entry& entry) {
 // Linear probing without tombstones: entries behind the gap move up when their probe passed it
 // (Knuth, The Art of Computer Programming, vol. 3, section 6.4, algorithm R).
 void NodeTable::eraseEntry(std::size_t position) {
-    if (!entries_[position].node) return;
-    const auto mask = entries_.size() - 1;
+    if (tags_[position] == 0) return;
+    const auto mask = size_ - 1;
     auto gap = position;
-    for (auto next = (gap + 1) & mask; entries_[next].node; next = (next + 1) & mask) {
+    for (auto next = (gap + 1) & mask; tags_[next] != 0; next = (next + 1) & mask) {
         const auto home = entries_[next].hash & mask;
         if (((next - home) & mask) >= ((next - gap) & mask)) {
             write(gap, entries_[next]);
             gap = next;
         }
     }
-    write(gap, Entry{});
+    setTag(gap, 0);
     --used_;
 }
 

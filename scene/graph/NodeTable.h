@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -28,13 +29,15 @@ public:
     explicit NodeTable(Text text) : text_(text) {}
     const std::string& textOf(const Node& node) const;
 
-    /// Whether nodes carry @p text. For ONE, @p node is that node; for SEVERAL, the caller has to
-    /// search, and may rememberFirst what it finds.
-    Answer find(const std::string& text, Node*& node) const;
+    struct Found {
+        Answer answer;
+        Node* node;  ///< For ONE, that node; null otherwise.
+    };
+    /// Whether nodes carry @p text. For SEVERAL, the caller has to search, and may rememberFirst
+    /// what it finds.
+    Found find(const std::string& text) const;
     /// Whether several nodes carry @p text, or did once.
-    bool isShared(const std::string& text) const {
-        return !shared_.empty() && shared_.count(text) > 0;
-    }
+    bool isShared(const std::string& text) const;
     /// Asks for the memory that find will read for @p text: that of its entry and, in a later call,
     /// when that has come, that of the node in it.
     /// @{
@@ -52,8 +55,8 @@ public:
 
 private:
     struct Entry {
-        std::uint32_t hash = 0;
-        Node* node = nullptr;
+        std::uint32_t hash;
+        Node* node;
     };
     struct Shared {
         std::size_t count;
@@ -63,6 +66,7 @@ private:
     using Group = std::uint64_t;
     static constexpr std::size_t groupSize = sizeof(Group);
 
+    Found findShared(const std::string& text) const;
     static std::uint32_t hashOf(const std::string& text);
     /// The place of the text's entry, or where it would be inserted.
     std::size_t locate(std::uint32_t hash, const std::string& text) const;
@@ -82,9 +86,12 @@ private:
         return static_cast<std::uint8_t>(std::max(hash >> 24, 1u));
     }
     void write(std::size_t position, const Entry& entry);
+    void setTag(std::size_t position, std::uint8_t tag);
 
     Text text_;
-    std::vector<Entry> entries_;  ///< A power of two, at most 3/4 full; empty until first used.
+    /// A value only where there is a tag: what is not used is not touched.
+    std::unique_ptr<Entry[]> entries_;
+    std::size_t size_ = 0;  ///< Of the entries: a power of two, at most 3/4 full; 0 at first.
     /// Of the entries; 0 where there is none. The first ones are repeated behind the last.
     std::vector<std::uint8_t> tags_;
     std::size_t used_ = 0;
