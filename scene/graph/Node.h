@@ -309,15 +309,17 @@ private:
     mutable std::uint32_t branchPlace_ = unlisted;  ///< In the list of parentPointer_, or alone.
     mutable Node* soleBranch_ = nullptr;
     mutable std::uint64_t epoch_ = 1;
-    Node* parentPointer_ = nullptr;       ///< Valid while isInParentsRow_ or parent_ is alive.
+    Node* parentPointer_ = nullptr;  ///< Valid while isInParentsRow_ or parent_ is alive.
+
+    // What a walk through the tree touches.
     std::unique_ptr<ChildRow> children_;  ///< Made for the first child.
+    std::unique_ptr<Extras> extras_;      ///< Made for the first instance, layer, SID or element.
+    std::uint32_t attachments_ = 0;       ///< Rows' slots that hold this node.
+    std::uint32_t ticket_ = 0;            ///< Leads to the slot in the parent's row.
 
     Eigen::Vector3f scaling_ = Eigen::Vector3f::Ones();
-    std::uint32_t ticket_ = 0;  ///< Leads to the slot in the parent's row.
     Eigen::Matrix4f rotation_ = Eigen::Matrix4f::Identity();
-    boost::weak_ptr<Node> parent_;    ///< Made when the parent's row loses this node.
-    std::unique_ptr<Extras> extras_;  ///< Made for the first instance, layer, SID or element.
-    std::uint32_t attachments_ = 0;   ///< Rows' slots that hold this node.
+    boost::weak_ptr<Node> parent_;  ///< Made when the parent's row loses this node.
 };
 
 }  // namespace vantorix::scene

@@ -26,16 +26,6 @@ constexpr std::size_t nodesAhead = 8;
 constexpr std::size_t entriesAhead = 5;
 constexpr std::size_t namesakesAhead = 2;
 
-/// Asks for the memory behind a node: an allocator mostly hands it out next.
-void fetchBehind(const Node& node) {
-    constexpr std::size_t cacheLine = 64;
-    constexpr int forWriting = 1;
-    const auto* const first = reinterpret_cast<const char*>(&node) + 2 * sizeof(Node);
-    for (std::size_t i = 0; i < sizeof(Node) + cacheLine; i += cacheLine) {
-        __builtin_prefetch(first + i, forWriting);
-    }
-}
-
 /// Children that are still to be merged, and the node to merge them under.
 struct MergeLevel {
     boost::shared_ptr<Node> parent;
@@ -157,7 +147,6 @@ bool SceneMerge::isTaken(const std::string& id) const {
 
 boost::shared_ptr<Node> SceneMerge::copyNode(const Node& node, std::string&& id) {
     auto copy = boost::make_shared<Node>(Node::Key(), target_->life_->handle(), std::move(id));
-    fetchBehind(*copy);
     copy->name_ = node.name_;
     copy->copyPlacement(node);
     if (!node.extras_) return copy;

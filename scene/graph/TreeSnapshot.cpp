@@ -21,7 +21,6 @@ TreeSnapshot::TreeSnapshot(boost::shared_ptr<Node> top, Keeping keeping) {
     boost::unordered_map<const Node*, std::size_t> met;
     for (std::size_t place = 0; place < places_.size(); ++place) {
         if (place + placesAhead < places_.size()) {
-            __builtin_prefetch(&node(place + placesAhead).attachments_);
             __builtin_prefetch(&node(place + placesAhead).children_);
         }
         hasExtras_ = hasExtras_ || node(place).extras_;
