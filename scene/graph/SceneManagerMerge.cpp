@@ -1,3 +1,5 @@
+#include <algorithm>
+#include <string_view>
 #include <utility>
 
 #include <boost/make_shared.hpp>
@@ -157,10 +159,14 @@ void SceneManager::addMerged(const std::vector<boost::shared_ptr<Material>>& mat
 }
 
 std::string SceneManager::renamedID(const std::string& id) {
+    static constexpr std::string_view before = "__renamed_";
+    static constexpr std::string_view after = "__";
     const auto number = generateID();
-    std::string renamed;
-    renamed.reserve(id.size() + number.size() + 12);
-    renamed.append(id).append("__renamed_").append(number).append("__");
+    std::string renamed(id.size() + before.size() + number.size() + after.size(), '_');
+    auto end = std::copy(id.begin(), id.end(), renamed.begin());
+    end = std::copy(before.begin(), before.end(), end);
+    end = std::copy(number.begin(), number.end(), end);
+    std::copy(after.begin(), after.end(), end);
     return renamed;
 }
 
