@@ -87,8 +87,10 @@ void Node::addNode(boost::shared_ptr<Node> child) {
     if (!children_) children_ = std::make_unique<ChildRow>();
     Node& added = *child;
     const bool isAnnounced = isAdditionHeard(added);
-    // Whoever hears of it may remove the child again, which is held here until all is said.
-    added.ticket_ = children_->append(isAnnounced ? child : std::move(child));
+    // Whoever hears of the move may remove the child again, which is then held here until its
+    // addition has been told, too.
+    const bool hasMoved = isAnnounced && isMoveAnnounced(added);
+    added.ticket_ = children_->append(hasMoved ? child : std::move(child));
     ++added.attachments_;
     added.forgetWorldMatrix();
     added.unlinkFromParent();
@@ -96,7 +98,7 @@ void Node::addNode(boost::shared_ptr<Node> child) {
     added.parentPointer_ = this;
     added.isInParentsRow_ = true;
     if (scene->nodeIndex_->lists(*this)) scene->nodeIndex_->attached(added);
-    if (isAnnounced) announceNewChild(added);
+    if (isAnnounced) announceNewChild(added, hasMoved);
 }
 
 void Node::expectChildren(std::size_t count) {
@@ -109,13 +111,15 @@ bool Node::isAdditionHeard(const Node& child) const {
     return isAnythingHeard() || (child.liveScene() != liveScene() && child.isAnythingHeard());
 }
 
-void Node::announceNewChild(Node& child) {
+bool Node::isMoveAnnounced(const Node& child) const {
+    return isMoveHeard() || child.liveScene() != liveScene();
+}
+
+void Node::announceNewChild(Node& child, bool hasMoved) {
     const auto scene = scene_;
-    const bool isGuest = child.liveScene() != liveScene();
-    const bool isMoveAnnounced = isMoveHeard() || isGuest;
-    const auto self = isMoveAnnounced ? weak_from_this().lock() : nullptr;
+    const auto self = hasMoved ? weak_from_this().lock() : nullptr;
     // The child's local matrix has not changed, and its world matrix is forgotten.
-    if (isMoveAnnounced) child.announceMove();
+    if (hasMoved) child.announceMove();
     if (isHeard(scene, events::nodeNewChild)) {
         dispatch(scene, events::nodeNewChild, core::event::EventData::joined(id_, child.id_));
     }

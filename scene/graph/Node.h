@@ -279,7 +279,8 @@ private:
     bool isAnythingHeard() const;
     void sendLayerEvent(const core::event::EventType& type, int layer) const;
     bool isAdditionHeard(const Node& child) const;
-    void announceNewChild(Node& child);
+    bool isMoveAnnounced(const Node& child) const;
+    void announceNewChild(Node& child, bool hasMoved);
 
     std::string id_;
     std::string name_;
