@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """Writes what the benchmarks measured into the chapter on performance.
 
-report.py RESULTS ROWS CHAPTER: RESULTS is a folder of PROGRAM.json files in Google Benchmark's
-format, ROWS a folder of lists of comparisons, CHAPTER a Markdown file in which the text between two
+report.py RESULTS ROWS CHAPTER: RESULTS is a folder of files PROGRAM.json or PROGRAM.NUMBER.json in
+Google Benchmark's format, ROWS a folder of lists of comparisons, CHAPTER a Markdown file in which the text between two
 comments is replaced.
 
 A comparison is an object with
@@ -60,7 +60,7 @@ class Results:
             content = json.loads(path.read_text())
             self.context = content["context"]
             for entry in content["benchmarks"]:
-                self.add(path.stem, entry)
+                self.add(path.name.split(".")[0], entry)
 
     def add(self, program, entry):
         key = program, entry["run_name"]
