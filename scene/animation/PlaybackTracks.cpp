@@ -69,9 +69,9 @@ bool holdsKeyTimes(const Stream& input) {
 /// An unknown name and a missing one play linearly, as all others but "step" do.
 bool isHold(const std::string& name) { return name.size() == 4 && equalsInLowerCase(name, "step"); }
 
-std::uint32_t valueCountOf(const Stream& output) {
+std::uint32_t keyCountOf(const Stream& output, std::uint8_t width) {
     constexpr std::size_t most = std::numeric_limits<std::uint32_t>::max();
-    return static_cast<std::uint32_t>(std::min(output.values.size(), most));
+    return static_cast<std::uint32_t>(std::min(output.values.size(), most)) / width;
 }
 
 void fetchStreams(const TrackSource& source) {
@@ -153,9 +153,18 @@ void PlaybackTracks::groupBySlot() {
     for (const auto& source : sources_) {
         tracks_.push_back(Track{nullptr, &source.output->stride, 0, KeyTables::none, Track::NOTHING,
                                 static_cast<std::int8_t>(source.target->componentIndex), 0,
-                                Track::SOME_HOLD, true});
+                                Track::OPEN});
     }
     openTracks_.reserve(tracks_.size());
+}
+
+std::size_t PlaybackTracks::mostTracksOf(std::size_t slotCount) const {
+    std::size_t most = 0;
+    for (std::size_t slot = 0; slot < nodes_.slotCount(); slot += slotCount) {
+        const auto end = std::min(slot + slotCount, nodes_.slotCount());
+        most = std::max(most, firstTracks_[end] - firstTracks_[slot]);
+    }
+    return most;
 }
 
 void PlaybackTracks::bind() {
@@ -183,6 +192,7 @@ void PlaybackTracks::bindTo(std::size_t track, ITransformation& element) {
     auto& rotation = sources_[track].rotation;
     bound.kind = kindOf(element);
     bound.width = widthOf(bound);
+    countKeys(track);
     if (bound.kind != Track::ROTATE) return;
     rotation = dynamic_cast<const TransformationRotate*>(&element);
     if (!rotation && !bound.isWhole()) bound.kind = Track::NOTHING;
@@ -193,15 +203,15 @@ void PlaybackTracks::readStreams() {
     openTracks_.clear();
     for (std::size_t i = 0; i < tracks_.size(); ++i) {
         if (i + tracksAhead < tracks_.size()) fetchStreams(sources_[i + tracksAhead]);
-        read(tracks_[i], sources_[i]);
-        if (tracks_[i].isOpen) openTracks_.push_back(i);
+        read(i);
+        if (tracks_[i].state == Track::OPEN) openTracks_.push_back(i);
     }
 }
 
 void PlaybackTracks::readOpenStreams() {
     const auto isClosed = [this](std::size_t i) {
-        read(tracks_[i], sources_[i]);
-        return !tracks_[i].isOpen;
+        read(i);
+        return tracks_[i].state != Track::OPEN;
     };
     openTracks_.erase(std::remove_if(openTracks_.begin(), openTracks_.end(), isClosed),
                       openTracks_.end());
@@ -209,13 +219,17 @@ void PlaybackTracks::readOpenStreams() {
 
 // Streams are watched from here on, so that none of them need be looked at again until one of all
 // that are watched has changed. Revisions only grow, and so does their sum.
-void PlaybackTracks::read(Track& track, TrackSource& source) {
+void PlaybackTracks::read(std::size_t number) {
+    auto& track = tracks_[number];
+    auto& source = sources_[number];
     const auto parameters = source.input->params.watch();
     const auto times = source.input->values.watch();
     const auto values = source.output->values.watch();
     const auto names = source.names->stringValues.watch();
-    track.isOpen = parameters == 0 || times == 0 || values == 0 || names == 0;
-    if (track.isOpen) return;
+    if (parameters == 0 || times == 0 || values == 0 || names == 0) {
+        track.state = Track::OPEN;
+        return;
+    }
     if (source.inputRevision != parameters + times) {
         const auto table =
             holdsKeyTimes(*source.input) ? tables_.take(source.input->values) : KeyTables::none;
@@ -225,23 +239,29 @@ void PlaybackTracks::read(Track& track, TrackSource& source) {
     }
     if (source.outputRevision != values) {
         track.values = source.output->values.data();
-        track.valueCount = valueCountOf(*source.output);
+        countKeys(number);
         source.outputRevision = values;
     }
     if (source.namesRevision != names) {
         const auto& all = source.names->stringValues;
-        const bool someHold = std::any_of(all.begin(), all.end(), isHold);
-        track.names = someHold ? Track::SOME_HOLD : Track::NONE_HOLDS;
+        source.someHold = std::any_of(all.begin(), all.end(), isHold);
         source.namesRevision = names;
     }
+    track.state = source.someHold ? Track::SOME_HOLD : Track::NONE_HOLDS;
+}
+
+// A track that leads to no element yet has no width.
+void PlaybackTracks::countKeys(std::size_t number) {
+    auto& track = tracks_[number];
+    track.keyCount = track.width > 0 ? keyCountOf(*sources_[number].output, track.width) : 0;
 }
 
 KeyInterval PlaybackTracks::readOpen(std::size_t track, float time, Track& copy) {
     auto& source = sources_[track];
     if (!holdsKeyTimes(*source.input)) return {};
     copy.values = source.output->values.data();
-    copy.valueCount = valueCountOf(*source.output);
-    copy.names = Track::SOME_HOLD;
+    copy.keyCount = keyCountOf(*source.output, copy.width);
+    copy.state = Track::SOME_HOLD;
     const FloatArray& times = source.input->values;
     const auto end = source.order.isAscending(times)
                          ? firstAscendingKeyFrom(times.data(), times.size(), time, 0)

@@ -20,21 +20,27 @@ class TransformationRotate;
 /// stride of the output and the floats of two keys.
 struct Track {
     enum Kind : std::int8_t { NOTHING, TRANSLATE, ROTATE, SCALE, MATRIX };
-    /// Of the interpolation names.
-    enum Names : std::int8_t { NONE_HOLDS, SOME_HOLD };
+    enum State : std::int8_t {
+        OPEN,       ///< Somebody may be writing to a stream: values, keys and times are not valid.
+        SOME_HOLD,  ///< By their interpolation names.
+        NONE_HOLDS,
+    };
 
     bool isWhole() const { return component < 0; }
+    /// Whether it gives whole vectors or rotations on the lines between keys.
+    bool isLine() const {
+        return state == NONE_HOLDS && isWhole() && kind != NOTHING && kind != MATRIX;
+    }
 
     const float* values;
-    const int* stride;         ///< A plain number that anybody may write.
-    std::uint32_t valueCount;  ///< What is beyond the highest number does not count.
-    std::uint32_t table;       ///< Of the key times.
+    const int* stride;       ///< A plain number that anybody may write.
+    std::uint32_t keyCount;  ///< That the values are enough for; beyond the highest number of
+                             ///< floats they do not count.
+    std::uint32_t table;     ///< Of the key times.
     Kind kind;
     std::int8_t component;  ///< -1: the whole value.
     std::uint8_t width;     ///< Floats per key, which the stride of the output has to be.
-    Names names;
-    bool isOpen;  ///< Somebody may be writing to a stream: its values, times and names are not
-                  ///< valid.
+    State state;
 };
 
 /// All that the texts of a channel lead to.
@@ -47,6 +53,7 @@ struct TrackSource {
     std::uint32_t slot = 0;
     std::uint32_t number = 0;  ///< Counts from the first channel that is played.
     KeyOrder order;            ///< Of an open track.
+    bool someHold = false;     ///< Of the interpolation names.
     /// @name What the track knows of the streams; 0 for nothing.
     /// @{
     std::uint64_t inputRevision = 0;
@@ -76,6 +83,8 @@ public:
     const TrackSource& source(std::size_t track) const { return sources_[track]; }
     /// The tracks of node slot s are those from firstTrack(s) to before firstTrack(s + 1).
     std::size_t firstTrack(std::size_t slot) const { return firstTracks_[slot]; }
+    /// How many tracks @p slotCount slots have, beginning at a multiple of that, at most.
+    std::size_t mostTracksOf(std::size_t slotCount) const;
     const TargetedNodes& nodes() const { return nodes_; }
 
     /// The keys of a track that is not open, as of the last seek.
@@ -93,7 +102,8 @@ private:
     void bindTo(std::size_t track, ITransformation& element);
     void readStreams();
     void readOpenStreams();
-    void read(Track& track, TrackSource& source);
+    void read(std::size_t track);
+    void countKeys(std::size_t track);
 
     TargetedNodes nodes_;
     std::vector<Track> tracks_;
