@@ -32,9 +32,10 @@ const float* startOf(const Track& track, const KeyInterval& interval, std::size_
 /// On the line to the later key: four floats, or three and anything.
 Lanes wholeBetween(const Track& track, const KeyInterval& interval, const float* start) {
     const Lanes earlier = loadLanes(start);
-    if (track.kind == Track::ROTATE) return interval.between(earlier, loadLanes(start + 4));
+    const float* const end = start + track.width;
+    if (track.kind == Track::ROTATE) return interval.between(earlier, loadLanes(end));
     // Reads one float too many in front of the later key instead of behind it.
-    return interval.between(earlier, pick<1, 2, 3, 0>(loadLanes(start + 2)));
+    return interval.between(earlier, pick<1, 2, 3, 0>(loadLanes(end - 1)));
 }
 
 /// A track at the time that is played.
@@ -43,7 +44,7 @@ struct Moment {
         return startOf(track, interval, holds ? interval.endKey : interval.endKey + 1);
     }
     float value(const float* start) const {
-        return holds ? start[0] : interval.between(start[0], start[1]);
+        return holds ? start[0] : interval.between(start[0], start[track.width]);
     }
     Lanes whole(const float* start) const {
         if (!holds) return wholeBetween(track, interval, start);
@@ -168,28 +169,63 @@ void AnimationPlayback::evaluate(float time, const Take& take) {
     }
 }
 
-// Most of the time of a large scene goes into waiting for memory, so it is asked for early.
 void AnimationPlayback::sample(std::size_t first, std::size_t end) {
-    constexpr std::size_t fewTracks = 1000;
+    const auto* const rows = tracks_.rowsOf(first, end);
+    rows ? sampleRows(*rows, first, end) : sampleTracks(first, end);
+}
+
+// Of each track itself, the stride is all that is left to be looked at.
+void AnimationPlayback::sampleRows(const KeyRows& rows, std::size_t first, std::size_t end) {
+    constexpr std::size_t tracksAhead = 24;
+    const KeyInterval interval = tracks_.interval(rows);
+    const float* const start = rows.earlier(first);
+    const float* const later = start + rows.rowLength();
+    const Track* const tracks = tracks_.tracks().data() + first;
+    const auto ahead = std::min(tracksAhead, tracks_.tracks().size() - end);
+    Sample* const samples = samples_.data();
+    const auto count = end - first;
+    for (std::size_t i = 0; i < count; ++i) {
+        __builtin_prefetch(tracks[i + ahead].stride);
+        const auto place = i * KeyRows::lineWidth;
+        samples[i].value = interval.between(loadLanes(start + place), loadLanes(later + place));
+        samples[i].kind = tracks[i].kind;
+        samples[i].isKnown = true;
+    }
+    for (std::size_t i = 0; i < count; ++i) {
+        if (fitsElement(tracks[i])) continue;
+        samples[i].kind = Track::NOTHING;
+        misfits_.push_back(first + i);
+    }
+}
+
+// Most of the time of a large scene goes into waiting for memory, so it is asked for early.
+void AnimationPlayback::sampleTracks(std::size_t first, std::size_t end) {
     constexpr std::size_t tracksAhead = 16;
     const auto& tracks = tracks_.tracks();
-    const bool fetches = tracks.size() >= fewTracks;
+    const bool fetches = areMany();
     Sample* sample = samples_.data();
     for (std::size_t i = first; i < end; ++i, ++sample) {
         if (fetches && i + tracksAhead < tracks.size()) fetch(tracks[i + tracksAhead]);
         const Track& track = tracks[i];
-        sample->state = track.isLine() ? Sample::NOTHING : Sample::TO_BE_PLAYED;
+        sample->kind = Track::NOTHING;
+        sample->isKnown = track.state == Track::LINE;
         const KeyInterval& interval = tracks_.interval(track);
-        if (sample->state == Sample::TO_BE_PLAYED || interval.endKey == 0) continue;
+        if (!sample->isKnown || interval.endKey == 0) continue;
         if (!fitsElement(track)) {
             misfits_.push_back(i);
             continue;
         }
         const float* const start = startOf(track, interval, interval.endKey + 1);
         if (!start) continue;
-        sample->state = Sample::VALUE;
+        sample->kind = track.kind;
         sample->value = wholeBetween(track, interval, start);
     }
+}
+
+// Few tracks and their nodes stay in the caches.
+inline bool AnimationPlayback::areMany() const {
+    constexpr std::size_t fewTracks = 1000;
+    return tracks_.tracks().size() >= fewTracks;
 }
 
 inline void AnimationPlayback::fetch(const Track& track) const {
@@ -206,32 +242,36 @@ inline void AnimationPlayback::fetch(const Track& track) const {
 void AnimationPlayback::evaluate(std::size_t slot, std::size_t count, float time, NodePose* poses) {
     constexpr std::size_t slotsAhead = 4;
     const auto& nodes = tracks_.nodes();
-    const auto firstTrack = tracks_.firstTrack(slot);
+    const auto ahead = std::min(slotsAhead, nodes.slotCount() - slot - count);
+    const bool fetches = areMany();
+    const Sample* sample = samples_.data();
+    auto track = tracks_.firstTrack(slot);
     for (const auto end = slot + count; slot < end; ++slot, ++poses) {
-        if (slot + slotsAhead < nodes.slotCount()) fetch(nodes.node(slot + slotsAhead));
+        if (fetches) fetch(nodes.node(slot + ahead));
         poses->node = nodes.node(slot);
-        if (!poses->node) continue;
         Pose pose;
-        for (auto i = tracks_.firstTrack(slot); i < tracks_.firstTrack(slot + 1); ++i) {
-            const Sample& sample = samples_[i - firstTrack];
-            if (sample.state == Sample::VALUE) {
-                give(tracks_.tracks()[i].kind, sample.value, pose);
-            } else if (sample.state == Sample::TO_BE_PLAYED) {
-                playTrack(i, time, pose);
+        for (const auto next = tracks_.firstTrack(slot + 1); track < next; ++track, ++sample) {
+            if (!sample->isKnown) {
+                playTrack(track, time, pose);
+            } else if (sample->kind != Track::NOTHING) {
+                give(sample->kind, sample->value, pose);
             }
         }
+        if (!poses->node) continue;
         pose.getMatrix(poses->matrix.data());
         if (bases_[slot]) poses->matrix = (*bases_[slot] * poses->matrix).eval();
         pose.getScale(poses->scale.data());
     }
 }
 
+// What a pose is written to.
 inline void AnimationPlayback::fetch(const Node* node) const {
-    constexpr std::size_t fewTracks = 1000;
     constexpr std::size_t lineSize = 64;
-    if (!node || tracks_.tracks().size() < fewTracks) return;
-    const auto* const bytes = reinterpret_cast<const char*>(node);
-    for (std::size_t i = 0; i < sizeof(Node); i += lineSize) __builtin_prefetch(bytes + i, 1);
+    if (!node) return;
+    const auto* const end = reinterpret_cast<const char*>(&node->rotation_ + 1);
+    const auto* line = reinterpret_cast<const char*>(&node->localMatrix_);
+    for (; line < end; line += lineSize) __builtin_prefetch(line, 1);
+    __builtin_prefetch(end - 1, 1);
 }
 
 void AnimationPlayback::playTrack(std::size_t number, float time, Pose& pose) {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <map>
 #include <vector>
 
@@ -47,9 +46,9 @@ private:
 
     /// What a track gives at the time that is played.
     struct Sample {
-        enum State : std::int8_t { NOTHING, VALUE, TO_BE_PLAYED };
         Lanes value;
-        State state;
+        Track::Kind kind;  ///< NOTHING where there is no value.
+        bool isKnown;      ///< Otherwise its turn comes with the pose.
     };
 
     /// Of one slot, as it was evaluated.
@@ -64,7 +63,10 @@ private:
     void evaluate(float time, const Take& take);
     void evaluate(std::size_t slot, std::size_t count, float time, NodePose* poses);
     void sample(std::size_t first, std::size_t end);
+    void sampleRows(const KeyRows& rows, std::size_t first, std::size_t end);
+    void sampleTracks(std::size_t first, std::size_t end);
     void playTrack(std::size_t number, float time, Pose& pose);
+    bool areMany() const;
     void fetch(const Track& track) const;
     void fetch(const Node* node) const;
     void warnOfMisfits();

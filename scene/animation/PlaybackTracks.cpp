@@ -89,6 +89,7 @@ void PlaybackTracks::clear() {
     sources_.clear();
     firstTracks_.clear();
     openTracks_.clear();
+    rows_.clear();
     tables_.clear();
     animationCount_ = 0;
 }
@@ -103,8 +104,10 @@ bool PlaybackTracks::refresh(Animation& animation, SceneManager& scene) {
     }
     const bool isFound = nodes_.refresh(scene);
     if (isFound || !isCollected || bindsEachTime_ || elementCount_ != elementEdits.count()) {
-        elementCount_ = elementEdits.count();
+        elementCount_ = 0;
+        const auto count = elementEdits.count();
         bind();
+        elementCount_ = count;
     }
     if (!isCollected || streamCount_ != watchedEdits.count()) {
         streamCount_ = 0;
@@ -168,6 +171,7 @@ std::size_t PlaybackTracks::mostTracksOf(std::size_t slotCount) const {
 }
 
 void PlaybackTracks::bind() {
+    forgetRows();
     bindsEachTime_ = false;
     const Node* listed = nullptr;
     std::vector<boost::shared_ptr<ITransformation>> elements;
@@ -185,6 +189,9 @@ void PlaybackTracks::bind() {
             break;
         }
     }
+    for (std::size_t i = 0; i < tracks_.size(); ++i) {
+        if (tracks_[i].state != Track::OPEN) classify(i);
+    }
 }
 
 void PlaybackTracks::bindTo(std::size_t track, ITransformation& element) {
@@ -200,6 +207,7 @@ void PlaybackTracks::bindTo(std::size_t track, ITransformation& element) {
 
 void PlaybackTracks::readStreams() {
     constexpr std::size_t tracksAhead = 8;
+    forgetRows();
     openTracks_.clear();
     for (std::size_t i = 0; i < tracks_.size(); ++i) {
         if (i + tracksAhead < tracks_.size()) fetchStreams(sources_[i + tracksAhead]);
@@ -213,8 +221,10 @@ void PlaybackTracks::readOpenStreams() {
         read(i);
         return tracks_[i].state != Track::OPEN;
     };
-    openTracks_.erase(std::remove_if(openTracks_.begin(), openTracks_.end(), isClosed),
-                      openTracks_.end());
+    const auto stillOpen = std::remove_if(openTracks_.begin(), openTracks_.end(), isClosed);
+    if (stillOpen == openTracks_.end()) return;
+    openTracks_.erase(stillOpen, openTracks_.end());
+    forgetRows();
 }
 
 // Streams are watched from here on, so that none of them need be looked at again until one of all
@@ -247,13 +257,72 @@ void PlaybackTracks::read(std::size_t number) {
         source.someHold = std::any_of(all.begin(), all.end(), isHold);
         source.namesRevision = names;
     }
-    track.state = source.someHold ? Track::SOME_HOLD : Track::NONE_HOLDS;
+    classify(number);
+}
+
+// Of a track that is not open.
+void PlaybackTracks::classify(std::size_t number) {
+    auto& track = tracks_[number];
+    const bool isVector = track.kind != Track::NOTHING && track.kind != Track::MATRIX;
+    track.state = sources_[number].someHold     ? Track::SOME_HOLD
+                  : isVector && track.isWhole() ? Track::LINE
+                                                : Track::NONE_HOLDS;
 }
 
 // A track that leads to no element yet has no width.
 void PlaybackTracks::countKeys(std::size_t number) {
     auto& track = tracks_[number];
     track.keyCount = track.width > 0 ? keyCountOf(*sources_[number].output, track.width) : 0;
+}
+
+// Rows are worth their while where nobody edits what is played.
+void PlaybackTracks::seek(float time) {
+    constexpr std::size_t playsBeforeRows = 3;
+    tables_.seek(time);
+    if (++quietPlays_ == playsBeforeRows) makeRows();
+    for (auto& rows : rows_) rows.seek(tables_.interval(rows.table()), tracks_);
+}
+
+// What all of them take together is limited.
+void PlaybackTracks::makeRows() {
+    constexpr std::size_t fewTracks = 16;
+    constexpr std::size_t mostFloats = std::size_t{1} << 26;
+    std::vector<KeyRows> all;
+    std::size_t floats = 0;
+    for (std::size_t first = 0; first < tracks_.size();) {
+        const auto end = endOfLines(first);
+        if (end >= first + fewTracks) {
+            const auto table = tracks_[first].table;
+            all.emplace_back(first, end, table);
+            floats += all.back().rowLength() * tables_.keyCount(table);
+            if (floats > mostFloats || !all.back().makeRoom(tables_.keyCount(table))) return;
+        }
+        first = std::max(end, first + 1);
+    }
+    rows_.swap(all);
+}
+
+// Up to where all tracks from the first are lines with every key of the same table.
+std::size_t PlaybackTracks::endOfLines(std::size_t first) const {
+    const auto table = tracks_[first].table;
+    const auto isOther = [&](const Track& track) {
+        return track.state != Track::LINE || track.table != table ||
+               track.keyCount < tables_.keyCount(table);
+    };
+    const auto start = tracks_.begin() + static_cast<std::ptrdiff_t>(first);
+    return static_cast<std::size_t>(std::find_if(start, tracks_.end(), isOther) - tracks_.begin());
+}
+
+const KeyRows* PlaybackTracks::rowsOf(std::size_t first, std::size_t end) const {
+    const auto endBefore = [first](const KeyRows& rows) { return rows.end() <= first; };
+    const auto rows = std::partition_point(rows_.begin(), rows_.end(), endBefore);
+    const bool hasAll = rows != rows_.end() && rows->first() <= first && end <= rows->end();
+    return hasAll && rows->isReady() ? &*rows : nullptr;
+}
+
+void PlaybackTracks::forgetRows() {
+    rows_.clear();
+    quietPlays_ = 0;
 }
 
 KeyInterval PlaybackTracks::readOpen(std::size_t track, float time, Track& copy) {
