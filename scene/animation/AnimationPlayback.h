@@ -8,6 +8,7 @@
 #include <boost/shared_ptr.hpp>
 
 #include "scene/animation/PlaybackTracks.h"
+#include "scene/transform/Lanes.h"
 
 namespace vantorix::core::logger {
 class Logger;
@@ -43,6 +44,13 @@ private:
         Eigen::Vector3f scale;
     };
 
+    /// What a track gives at the time that is played.
+    struct Sample {
+        Lanes value;
+        Track::Kind kind;  ///< NOTHING where there is no value.
+        bool isKnown;      ///< Otherwise its turn comes with the pose.
+    };
+
     /// Of one slot, as it was evaluated.
     struct NodePose {
         Node* node = nullptr;  ///< Null when there is none; then the rest means nothing.
@@ -54,10 +62,13 @@ private:
     template <class Take>
     void evaluate(float time, const Take& take);
     void evaluate(std::size_t slot, std::size_t count, float time, NodePose* poses);
-    void evaluateTrack(std::size_t number, float time, Pose& pose);
-    void playTrack(std::size_t number, const Track& track, const KeyInterval& interval, Pose& pose);
-    void fetch(std::size_t slot) const;
-    void fetchTrack(std::size_t number) const;
+    void sample(std::size_t first, std::size_t end);
+    void sampleRows(const KeyRows& rows, std::size_t first, std::size_t end);
+    void sampleTracks(std::size_t first, std::size_t end);
+    void playTrack(std::size_t number, float time, Pose& pose);
+    bool areMany() const;
+    void fetch(const Track& track) const;
+    void fetch(const Node* node) const;
     void warnOfMisfits();
     void playUnheard(float time);
     void playHeard(float time);
@@ -67,6 +78,7 @@ private:
     BaseMatrices baseMatrices_;
     std::vector<const Eigen::Matrix4f*> bases_;  ///< One per slot of nodes; null for the identity.
     std::vector<std::size_t> misfits_;           ///< Tracks that do not fit their element.
+    std::vector<Sample> samples_;                ///< Of a batch; kept for its memory.
     std::vector<WrittenNode> written_;           ///< Kept for its memory.
 };
 

@@ -30,6 +30,8 @@ public:
     /// Those found in @p table.
     const KeyInterval& interval(std::uint32_t table) const { return intervals_[table]; }
 
+    std::size_t keyCount(std::uint32_t table) const { return tables_[table].times.size(); }
+
 private:
     struct Table {
         std::vector<float> times;

@@ -69,9 +69,9 @@ bool holdsKeyTimes(const Stream& input) {
 /// An unknown name and a missing one play linearly, as all others but "step" do.
 bool isHold(const std::string& name) { return name.size() == 4 && equalsInLowerCase(name, "step"); }
 
-std::uint32_t valueCountOf(const Stream& output) {
+std::uint32_t keyCountOf(const Stream& output, std::uint8_t width) {
     constexpr std::size_t most = std::numeric_limits<std::uint32_t>::max();
-    return static_cast<std::uint32_t>(std::min(output.values.size(), most));
+    return static_cast<std::uint32_t>(std::min(output.values.size(), most)) / width;
 }
 
 void fetchStreams(const TrackSource& source) {
@@ -89,6 +89,7 @@ void PlaybackTracks::clear() {
     sources_.clear();
     firstTracks_.clear();
     openTracks_.clear();
+    rows_.clear();
     tables_.clear();
     animationCount_ = 0;
 }
@@ -103,8 +104,10 @@ bool PlaybackTracks::refresh(Animation& animation, SceneManager& scene) {
     }
     const bool isFound = nodes_.refresh(scene);
     if (isFound || !isCollected || bindsEachTime_ || elementCount_ != elementEdits.count()) {
-        elementCount_ = elementEdits.count();
+        elementCount_ = 0;
+        const auto count = elementEdits.count();
         bind();
+        elementCount_ = count;
     }
     if (!isCollected || streamCount_ != watchedEdits.count()) {
         streamCount_ = 0;
@@ -153,12 +156,22 @@ void PlaybackTracks::groupBySlot() {
     for (const auto& source : sources_) {
         tracks_.push_back(Track{nullptr, &source.output->stride, 0, KeyTables::none, Track::NOTHING,
                                 static_cast<std::int8_t>(source.target->componentIndex), 0,
-                                Track::SOME_HOLD, true});
+                                Track::OPEN});
     }
     openTracks_.reserve(tracks_.size());
 }
 
+std::size_t PlaybackTracks::mostTracksOf(std::size_t slotCount) const {
+    std::size_t most = 0;
+    for (std::size_t slot = 0; slot < nodes_.slotCount(); slot += slotCount) {
+        const auto end = std::min(slot + slotCount, nodes_.slotCount());
+        most = std::max(most, firstTracks_[end] - firstTracks_[slot]);
+    }
+    return most;
+}
+
 void PlaybackTracks::bind() {
+    forgetRows();
     bindsEachTime_ = false;
     const Node* listed = nullptr;
     std::vector<boost::shared_ptr<ITransformation>> elements;
@@ -176,6 +189,9 @@ void PlaybackTracks::bind() {
             break;
         }
     }
+    for (std::size_t i = 0; i < tracks_.size(); ++i) {
+        if (tracks_[i].state != Track::OPEN) classify(i);
+    }
 }
 
 void PlaybackTracks::bindTo(std::size_t track, ITransformation& element) {
@@ -183,6 +199,7 @@ void PlaybackTracks::bindTo(std::size_t track, ITransformation& element) {
     auto& rotation = sources_[track].rotation;
     bound.kind = kindOf(element);
     bound.width = widthOf(bound);
+    countKeys(track);
     if (bound.kind != Track::ROTATE) return;
     rotation = dynamic_cast<const TransformationRotate*>(&element);
     if (!rotation && !bound.isWhole()) bound.kind = Track::NOTHING;
@@ -190,32 +207,39 @@ void PlaybackTracks::bindTo(std::size_t track, ITransformation& element) {
 
 void PlaybackTracks::readStreams() {
     constexpr std::size_t tracksAhead = 8;
+    forgetRows();
     openTracks_.clear();
     for (std::size_t i = 0; i < tracks_.size(); ++i) {
         if (i + tracksAhead < tracks_.size()) fetchStreams(sources_[i + tracksAhead]);
-        read(tracks_[i], sources_[i]);
-        if (tracks_[i].isOpen) openTracks_.push_back(i);
+        read(i);
+        if (tracks_[i].state == Track::OPEN) openTracks_.push_back(i);
     }
 }
 
 void PlaybackTracks::readOpenStreams() {
     const auto isClosed = [this](std::size_t i) {
-        read(tracks_[i], sources_[i]);
-        return !tracks_[i].isOpen;
+        read(i);
+        return tracks_[i].state != Track::OPEN;
     };
-    openTracks_.erase(std::remove_if(openTracks_.begin(), openTracks_.end(), isClosed),
-                      openTracks_.end());
+    const auto stillOpen = std::remove_if(openTracks_.begin(), openTracks_.end(), isClosed);
+    if (stillOpen == openTracks_.end()) return;
+    openTracks_.erase(stillOpen, openTracks_.end());
+    forgetRows();
 }
 
 // Streams are watched from here on, so that none of them need be looked at again until one of all
 // that are watched has changed. Revisions only grow, and so does their sum.
-void PlaybackTracks::read(Track& track, TrackSource& source) {
+void PlaybackTracks::read(std::size_t number) {
+    auto& track = tracks_[number];
+    auto& source = sources_[number];
     const auto parameters = source.input->params.watch();
     const auto times = source.input->values.watch();
     const auto values = source.output->values.watch();
     const auto names = source.names->stringValues.watch();
-    track.isOpen = parameters == 0 || times == 0 || values == 0 || names == 0;
-    if (track.isOpen) return;
+    if (parameters == 0 || times == 0 || values == 0 || names == 0) {
+        track.state = Track::OPEN;
+        return;
+    }
     if (source.inputRevision != parameters + times) {
         const auto table =
             holdsKeyTimes(*source.input) ? tables_.take(source.input->values) : KeyTables::none;
@@ -225,23 +249,88 @@ void PlaybackTracks::read(Track& track, TrackSource& source) {
     }
     if (source.outputRevision != values) {
         track.values = source.output->values.data();
-        track.valueCount = valueCountOf(*source.output);
+        countKeys(number);
         source.outputRevision = values;
     }
     if (source.namesRevision != names) {
         const auto& all = source.names->stringValues;
-        const bool someHold = std::any_of(all.begin(), all.end(), isHold);
-        track.names = someHold ? Track::SOME_HOLD : Track::NONE_HOLDS;
+        source.someHold = std::any_of(all.begin(), all.end(), isHold);
         source.namesRevision = names;
     }
+    classify(number);
+}
+
+// Of a track that is not open.
+void PlaybackTracks::classify(std::size_t number) {
+    auto& track = tracks_[number];
+    const bool isVector = track.kind != Track::NOTHING && track.kind != Track::MATRIX;
+    track.state = sources_[number].someHold     ? Track::SOME_HOLD
+                  : isVector && track.isWhole() ? Track::LINE
+                                                : Track::NONE_HOLDS;
+}
+
+// A track that leads to no element yet has no width.
+void PlaybackTracks::countKeys(std::size_t number) {
+    auto& track = tracks_[number];
+    track.keyCount = track.width > 0 ? keyCountOf(*sources_[number].output, track.width) : 0;
+}
+
+// Rows are worth their while where nobody edits what is played.
+void PlaybackTracks::seek(float time) {
+    constexpr std::size_t playsBeforeRows = 3;
+    tables_.seek(time);
+    if (++quietPlays_ == playsBeforeRows) makeRows();
+    for (auto& rows : rows_) rows.seek(tables_.interval(rows.table()), tracks_);
+}
+
+// What all of them take together is limited.
+void PlaybackTracks::makeRows() {
+    constexpr std::size_t fewTracks = 16;
+    constexpr std::size_t mostFloats = std::size_t{1} << 26;
+    std::vector<KeyRows> all;
+    std::size_t floats = 0;
+    for (std::size_t first = 0; first < tracks_.size();) {
+        const auto end = endOfLines(first);
+        if (end >= first + fewTracks) {
+            const auto table = tracks_[first].table;
+            all.emplace_back(first, end, table);
+            floats += all.back().rowLength() * tables_.keyCount(table);
+            if (floats > mostFloats || !all.back().makeRoom(tables_.keyCount(table))) return;
+        }
+        first = std::max(end, first + 1);
+    }
+    rows_.swap(all);
+}
+
+// Up to where all tracks from the first are lines with every key of the same table.
+std::size_t PlaybackTracks::endOfLines(std::size_t first) const {
+    const auto table = tracks_[first].table;
+    const auto isOther = [&](const Track& track) {
+        return track.state != Track::LINE || track.table != table ||
+               track.keyCount < tables_.keyCount(table);
+    };
+    const auto start = tracks_.begin() + static_cast<std::ptrdiff_t>(first);
+    return static_cast<std::size_t>(std::find_if(start, tracks_.end(), isOther) - tracks_.begin());
+}
+
+const KeyRows* PlaybackTracks::rowsOf(std::size_t first, std::size_t end) const {
+    const auto endBefore = [first](const KeyRows& rows) { return rows.end() <= first; };
+    const auto rows = std::partition_point(rows_.begin(), rows_.end(), endBefore);
+    const bool hasAll = rows != rows_.end() && rows->first() <= first && end <= rows->end();
+    return hasAll && rows->isReady() ? &*rows : nullptr;
+}
+
+void PlaybackTracks::forgetRows() {
+    rows_.clear();
+    quietPlays_ = 0;
 }
 
 KeyInterval PlaybackTracks::readOpen(std::size_t track, float time, Track& copy) {
     auto& source = sources_[track];
     if (!holdsKeyTimes(*source.input)) return {};
     copy.values = source.output->values.data();
-    copy.valueCount = valueCountOf(*source.output);
-    copy.names = Track::SOME_HOLD;
+    copy.keyCount = keyCountOf(*source.output, copy.width);
+    copy.state = Track::SOME_HOLD;
     const FloatArray& times = source.input->values;
     const auto end = source.order.isAscending(times)
                          ? firstAscendingKeyFrom(times.data(), times.size(), time, 0)

@@ -11,7 +11,7 @@ namespace vantorix::scene {
 
 /// What the channels of one node give together. The translation is a whole matrix, since it also
 /// takes what a matrix channel gives; until one does, only its last column counts.
-class Pose {
+class Pose {  // NOLINT(cppcoreguidelines-pro-type-member-init): the axes, which few need.
 public:
     /// @p offset has 0 in its last lane.
     void move(Lanes offset) { offset_ += isPlaced_ ? placed(offset) : offset; }
@@ -31,14 +31,18 @@ public:
     void getScale(float* scale) const { storeLanes(scale, scale_); }
     /// Writes 16 floats, column by column.
     void getMatrix(float* matrix) const {
-        for (std::size_t i = 0; i < 3; ++i) storeLanes(matrix + 4 * i, column(i));
+        const Axes axes = columns();
+        for (std::size_t i = 0; i < 3; ++i) storeLanes(matrix + 4 * i, axes[i]);
         storeLanes(matrix + 12, offset_);
     }
 
 private:
-    Lanes column(std::size_t i) const {
-        if (!isPlaced_) return withoutLast(turned_[i]);
-        return isTurned_ ? placed(turned_[i]) : placed_[i];
+    Axes columns() const {
+        if (!isTurned_) return isPlaced_ ? placed_ : unitAxes;
+        if (!isPlaced_) {
+            return {withoutLast(turned_[0]), withoutLast(turned_[1]), withoutLast(turned_[2])};
+        }
+        return {placed(turned_[0]), placed(turned_[1]), placed(turned_[2])};
     }
     Lanes placed(Lanes vector) const {
         return placed_[0] * allLanes(vector[0]) + placed_[1] * allLanes(vector[1]) +
@@ -56,8 +60,8 @@ private:
 
     Lanes offset_ = {0, 0, 0, 1};
     Lanes scale_ = {1, 1, 1, 1};
-    Axes placed_ = unitAxes;
-    Axes turned_ = unitAxes;
+    Axes placed_;  ///< Written when it is placed.
+    Axes turned_;  ///< Written when it is turned.
     bool isPlaced_ = false;
     bool isTurned_ = false;
 };

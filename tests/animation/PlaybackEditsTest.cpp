@@ -29,18 +29,20 @@ using test::Keys;
 
 constexpr int keyCount = 40;  // In one second.
 
-/// Two nodes whose channels have equal lists of key times, played by two managers in turn.
-class TwoChannels {
+/// Nodes whose channels have equal lists of key times, many enough that playing keeps values of its
+/// own for them, played by two managers in turn.
+class EqualChannels {
 public:
-    TwoChannels() {
+    EqualChannels() {
         scene_->setEventManager(boost::make_shared<core::event::EventManager>());
         const auto animation = test::makeAnimation();
-        for (const auto& id : {"edited", "other"}) {
+        for (int i = 0; i < 20; ++i) {
+            const auto id = "node" + std::to_string(i);
             const auto node = scene_.makeNode(id);
             scene_->getRoot()->addNode(node);
             test::addElement<TransformationTranslate>(*node, "move");
             keys_.push_back(makeKeys(static_cast<float>(nodes_.size())));
-            animation->addChannel(keys_.back().sampler, std::string(id) + "/move");
+            animation->addChannel(keys_.back().sampler, id + "/move");
             nodes_.push_back(node);
         }
         // A key far behind the others keeps the loop longer than any time that is played.
@@ -61,7 +63,7 @@ public:
     void play() { play(*managers_[0], 450); }
 
     void expectRight() {
-        for (int time = 50; time < 1300; time += 100) {
+        for (int time = 50; time < 1300; time += 40) {
             for (const auto& manager : managers_) {
                 play(*manager, time);
                 auto expected = model_.localMatrices(static_cast<float>(time / 1000.0));
@@ -136,11 +138,11 @@ struct PlaybackEdits : testing::Test {
     /// Goes each way of editing what @p listOf gives, twice, in an animation of its own.
     template <class ListOf, class Item>
     static void goEachWay(const ListOf& listOf, const Item& item) {
-        TwoChannels counted;
+        EqualChannels counted;
         const auto ways = editsOf(listOf(counted), item).size();
         for (std::size_t way = 0; way < ways; ++way) {
             SCOPED_TRACE("way " + std::to_string(way));
-            TwoChannels channels;
+            EqualChannels channels;
             const auto edits = editsOf(listOf(channels), item);
             channels.expectRight();
             edits[way]();
@@ -154,30 +156,30 @@ struct PlaybackEdits : testing::Test {
 
 TEST_F(PlaybackEdits, OfKeyTimes) {
     goEachWay(
-        [](TwoChannels & channels) -> auto& { return channels.input().values; }, 0.42f);
+        [](EqualChannels & channels) -> auto& { return channels.input().values; }, 0.42f);
     goEachWay(
-        [](TwoChannels & channels) -> auto& { return channels.otherInput().values; }, 0.42f);
+        [](EqualChannels & channels) -> auto& { return channels.otherInput().values; }, 0.42f);
 }
 
 TEST_F(PlaybackEdits, OfValues) {
     goEachWay(
-        [](TwoChannels & channels) -> auto& { return channels.output().values; }, 1000.0f);
+        [](EqualChannels & channels) -> auto& { return channels.output().values; }, 1000.0f);
 }
 
 TEST_F(PlaybackEdits, OfNames) {
     const std::string item = "STEP";
     goEachWay(
-        [](TwoChannels & channels) -> auto& { return channels.names().stringValues; }, item);
+        [](EqualChannels & channels) -> auto& { return channels.names().stringValues; }, item);
 }
 
 TEST_F(PlaybackEdits, OfParameters) {
     const auto item = std::make_pair(std::string("OTHER"), std::string("float"));
     goEachWay(
-        [](TwoChannels & channels) -> auto& { return channels.input().params; }, item);
+        [](EqualChannels & channels) -> auto& { return channels.input().params; }, item);
 }
 
 TEST_F(PlaybackEdits, OfWholeStreamsAndByTheirOwnCalls) {
-    TwoChannels channels;
+    EqualChannels channels;
     channels.expectRight();
     const float value[] = {0.95f, 0.96f, 0.97f};
     channels.input().insertValue(1, value);
@@ -194,7 +196,7 @@ TEST_F(PlaybackEdits, OfWholeStreamsAndByTheirOwnCalls) {
 
 /// The values are added after their key time, and make it play.
 TEST_F(PlaybackEdits, WhereAnIndexAppendsTheValues) {
-    TwoChannels channels;
+    EqualChannels channels;
     const auto mesh = boost::make_shared<Mesh>("mesh", "");
     mesh->addVerticesMapping(StreamMapping(POSITION, channels.outputPointer(), 0));
     TriangleMeshPrimitive primitive(mesh, {StreamMapping(VERTEX, channels.outputPointer(), 0)});
@@ -219,7 +221,7 @@ TEST_F(PlaybackEdits, WhereAnIndexAppendsTheValues) {
 }
 
 TEST_F(PlaybackEdits, ThroughReferencesThatAreStillAlive) {
-    TwoChannels channels;
+    EqualChannels channels;
     auto& time = channels.input().values[4];
     auto& value = channels.output().values.back();
     auto& name = channels.names().stringValues[2];
@@ -235,7 +237,7 @@ TEST_F(PlaybackEdits, ThroughReferencesThatAreStillAlive) {
 }
 
 TEST_F(PlaybackEdits, ThroughAReferenceThatCameWithItsList) {
-    TwoChannels channels;
+    EqualChannels channels;
     FloatArray moved(channels.input().values);
     auto& movedTime = moved[5];
     channels.input().values = std::move(moved);
