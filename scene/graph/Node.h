@@ -266,6 +266,9 @@ private:
         return parentEpoch_ == (parent ? parent->epoch_ : noParent);
     }
     VANTORIX_SCENE_NO_EXPORT bool cacheWorldMatrix() const;
+    /// From the next ancestor whose matrix is current down to this node, whose @p parent has none.
+    [[gnu::noinline]] VANTORIX_SCENE_NO_EXPORT bool cacheWorldMatricesDown(
+        const Node* parent) const;
     Eigen::Matrix4f combineFromTop(Eigen::Matrix4f Node::*own) const;
     VANTORIX_SCENE_NO_EXPORT void adoptWorldMatrix(const Node* parent) const;
     VANTORIX_SCENE_NO_EXPORT void becomeBranch() const;

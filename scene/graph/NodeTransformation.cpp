@@ -262,10 +262,13 @@ Eigen::Matrix4f Node::combineFromTop(Eigen::Matrix4f Node::*own) const {
 bool Node::cacheWorldMatrix() const {
     const Node* const parent = liveParent();
     if (parent && attachments_ == 0) return false;
-    if (!parent || parent->isWorldCurrent()) {
-        adoptWorldMatrix(parent);
-        return true;
-    }
+    if (parent && !parent->isWorldCurrent()) return cacheWorldMatricesDown(parent);
+    adoptWorldMatrix(parent);
+    return true;
+}
+
+// By itself, since a walk takes more room than the common case is worth.
+bool Node::cacheWorldMatricesDown(const Node* parent) const {
     boost::container::small_vector<const Node*, 32> path{this};
     const Node* landmark = this;  // Moved ahead at powers of two: a circle comes back to it.
     for (const Node* node = parent; node && !node->isWorldCurrent(); node = node->liveParent()) {
