@@ -26,8 +26,40 @@ std::size_t firstByte(std::uint64_t marks) {
 
 const std::string& NodeTable::textOf(const Node& node) const { return node.*text_; }
 
+// Of its text and of its reference counts, which boost::make_shared puts before it.
+void NodeTable::fetchAll(const Node& node) const {
+    constexpr std::size_t countsBefore = 40;
+    const auto* const text = reinterpret_cast<const char*>(&textOf(node));
+    __builtin_prefetch(text);
+    __builtin_prefetch(text + sizeof(std::string) - 1);
+    __builtin_prefetch(reinterpret_cast<const char*>(&node) - countsBefore);
+}
+
+inline bool NodeTable::carries(const Node& node, const std::string& text) const {
+    fetchAll(node);
+    const auto& known = textOf(node);
+    return known.size() == text.size() &&
+           core::utils::equalTexts(known.data(), text.data(), text.size());
+}
+
+// Most stand where they belong: then their node need not wait for a look at the group.
+inline std::size_t NodeTable::locate(std::uint32_t hash, const std::string& text) const {
+    const auto home = hash & (size_ - 1);
+    const auto& entry = entries_[home];
+    __builtin_prefetch(&entry);  // Together with its tag.
+    const bool isProbable = tags_[home] == tagOf(hash) && entry.hash == hash;
+    return isProbable && carries(*entry.node, text) ? home : locateFarther(hash, text);
+}
+
+std::size_t NodeTable::locateFarther(std::uint32_t hash, const std::string& text) const {
+    return probe(hash, [&](const Entry& entry) { return carries(*entry.node, text); });
+}
+
 NodeTable::Found NodeTable::find(const std::string& text) const {
-    if (!shared_.empty() && isShared(text)) return findShared(text);
+    if (!shared_.empty()) {
+        const auto found = findShared(text);
+        if (found.answer != NONE) return found;
+    }
     if (size_ == 0) return Found{NONE, nullptr};
     const auto position = locate(hashOf(text), text);
     if (tags_[position] == 0) return Found{NONE, nullptr};
@@ -35,7 +67,9 @@ NodeTable::Found NodeTable::find(const std::string& text) const {
 }
 
 NodeTable::Found NodeTable::findShared(const std::string& text) const {
-    auto* const first = shared_.find(text)->second.first;
+    const auto found = shared_.find(text);
+    if (found == shared_.end()) return Found{NONE, nullptr};
+    auto* const first = found->second.first;
     return Found{first ? ONE : SEVERAL, first};
 }
 
@@ -51,15 +85,6 @@ void NodeTable::fetchNode(const std::string& text) const {
     const auto hash = hashOf(text);
     const auto position = probe(hash, [](const Entry&) { return true; });
     if (tags_[position] != 0) fetchAll(*entries_[position].node);
-}
-
-// Of its text and of its reference counts, which boost::make_shared puts before it.
-void NodeTable::fetchAll(const Node& node) const {
-    constexpr std::size_t countsBefore = 40;
-    const auto* const text = reinterpret_cast<const char*>(&textOf(node));
-    __builtin_prefetch(text);
-    __builtin_prefetch(text + sizeof(std::string) - 1);
-    __builtin_prefetch(reinterpret_cast<const char*>(&node) - countsBefore);
 }
 
 bool NodeTable::isShared(const std::string& text) const { return shared_.count(text) > 0; }
@@ -116,21 +141,6 @@ void NodeTable::clear() {
 
 std::uint32_t NodeTable::hashOf(const std::string& text) {
     return static_cast<std::uint32_t>(core::utils::textHash(text.data(), text.size()));
-}
-
-std::size_t NodeTable::locate(std::uint32_t hash, const std::string& text) const {
-    const auto isWanted = [&](const Entry& entry) {
-        fetchAll(*entry.node);
-        const auto& known = textOf(*entry.node);
-        return known.size() == text.size() &&
-               core::utils::equalTexts(known.data(), text.data(), text.size());
-    };
-    const auto home = hash & (size_ - 1);
-    const auto& entry = entries_[home];
-    __builtin_prefetch(&entry);  // Together with its tag.
-    // Most stand where they belong: then their node need not wait for a look at the group.
-    if (tags_[home] == tagOf(hash) && entry.hash == hash && isWanted(entry)) return home;
-    return probe(hash, isWanted);
 }
 
 template <class IsWanted>

@@ -70,6 +70,8 @@ private:
     static std::uint32_t hashOf(const std::string& text);
     /// The place of the text's entry, or where it would be inserted.
     std::size_t locate(std::uint32_t hash, const std::string& text) const;
+    std::size_t locateFarther(std::uint32_t hash, const std::string& text) const;
+    bool carries(const Node& node, const std::string& text) const;
     /// The first place from the home of @p hash on that is free, or of which @p isWanted is true.
     /// That is only asked for places that may hold @p hash.
     template <class IsWanted>
