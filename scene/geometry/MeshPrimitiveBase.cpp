@@ -44,6 +44,7 @@ std::vector<std::size_t> findVertexSlots(const std::vector<StreamMapping>& mappi
 
 int countDistinctOffsets(const std::vector<StreamMapping>& mappings) {
     std::vector<int> offsets;
+    offsets.reserve(mappings.size());
     for (const auto& mapping : mappings) offsets.push_back(mapping.offset);
     std::sort(offsets.begin(), offsets.end());
     return static_cast<int>(std::unique(offsets.begin(), offsets.end()) - offsets.begin());
