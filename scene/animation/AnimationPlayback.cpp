@@ -5,6 +5,7 @@
 
 #include "core_api/logger/Logger.h"
 
+#include "core/utils/Fetch.h"
 #include "scene/animation/Animation.h"
 #include "scene/animation/MatrixKeys.h"
 #include "scene/animation/Pose.h"
@@ -266,12 +267,7 @@ void AnimationPlayback::evaluate(std::size_t slot, std::size_t count, float time
 
 // What a pose is written to.
 inline void AnimationPlayback::fetch(const Node* node) const {
-    constexpr std::size_t lineSize = 64;
-    if (!node) return;
-    const auto* const end = reinterpret_cast<const char*>(&node->rotation_ + 1);
-    const auto* line = reinterpret_cast<const char*>(&node->localMatrix_);
-    for (; line < end; line += lineSize) __builtin_prefetch(line, 1);
-    __builtin_prefetch(end - 1, 1);
+    if (node) core::utils::fetchLines<true>(&node->localMatrix_, &node->rotation_ + 1);
 }
 
 void AnimationPlayback::playTrack(std::size_t number, float time, Pose& pose) {

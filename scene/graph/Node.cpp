@@ -7,6 +7,7 @@
 
 #include "core_api/event/EventData.h"
 
+#include "core/utils/Fetch.h"
 #include "scene/graph/ChildRow.h"
 #include "scene/graph/NodeExtras.h"
 #include "scene/graph/NodeIndex.h"
@@ -26,14 +27,12 @@ unsigned int nextNumber() {
     return next++;
 }
 
-/// Asks for the memory behind a node: an allocator mostly hands it out next.
+/// Asks for the memory behind a node and the next one: an allocator mostly hands it out after that,
+/// with room for reference counts in between.
 void fetchBehind(const Node& node) {
-    constexpr std::size_t cacheLine = 64;
-    constexpr int forWriting = 1;
-    const auto* const first = reinterpret_cast<const char*>(&node) + 2 * sizeof(Node);
-    for (std::size_t i = 0; i < sizeof(Node) + cacheLine; i += cacheLine) {
-        __builtin_prefetch(first + i, forWriting);
-    }
+    constexpr std::size_t roomBetween = 64;
+    const auto* const behind = reinterpret_cast<const char*>(&node) + 2 * sizeof(Node);
+    core::utils::fetchLines<true>(behind, behind + sizeof(Node) + roomBetween);
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 
 #include <boost/unordered/unordered_map.hpp>
 
+#include "core/utils/Fetch.h"
 #include "scene/graph/ChildRow.h"
 #include "scene/graph/Node.h"
 
@@ -40,14 +41,9 @@ const std::string& TreeSnapshot::idOf(std::size_t place) const { return node(pla
 
 void TreeSnapshot::fetch(std::size_t place) const {
     const Node& node = *places_[place].node;
-    const auto fetchFrom = [](const void* first, const void* end) {
-        constexpr std::size_t cacheLine = 64;
-        auto* at = static_cast<const char*>(first);
-        for (; at < static_cast<const char*>(end); at += cacheLine) __builtin_prefetch(at);
-    };
     // A copy computes the matrices in between anew.
-    fetchFrom(&node, &node.worldMatrix_);
-    fetchFrom(&node.translation_, &node + 1);
+    core::utils::fetchLines(&node, &node.worldMatrix_);
+    core::utils::fetchLines(&node.translation_, &node + 1);
 }
 
 void TreeSnapshot::appendChildren(std::size_t place) {
