@@ -2,8 +2,8 @@
 """Writes what the benchmarks measured into the chapter on performance.
 
 report.py RESULTS ROWS CHAPTER: RESULTS is a folder of files PROGRAM.json or PROGRAM.NUMBER.json in
-Google Benchmark's format, ROWS a folder of lists of comparisons, CHAPTER a Markdown file in which the text between two
-comments is replaced.
+Google Benchmark's format, ROWS a folder of lists of comparisons, CHAPTER a Markdown file in which the
+text between two comments is replaced.
 
 A comparison is an object with
   row, work     the row of the table that it belongs to, and what is measured

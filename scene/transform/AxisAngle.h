@@ -25,8 +25,8 @@ using Axes = std::array<Lanes, 3>;
 constexpr Axes unitAxes = {Lanes{1, 0, 0, 0}, Lanes{0, 1, 0, 0}, Lanes{0, 0, 1, 0}};
 
 /// The rotation about an axis of any length, which may be 0, by degrees in the last lane. What the
-/// last lanes of the columns hold means nothing. As Eigen::AngleAxis computes it, a
-/// column at a time.
+/// last lanes of the columns hold means nothing. As Eigen::AngleAxis computes it, a column at a
+/// time.
 inline Axes axesTurnedAbout(Lanes axisAndDegrees) {
     constexpr float radiansPerDegree = 0.017453292f;
     const Lanes squares = axisAndDegrees * axisAndDegrees;
