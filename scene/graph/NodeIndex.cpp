@@ -35,6 +35,10 @@ Node* NodeIndex::findByID(Node& root, const std::string& id, bool& isOnly) {
     return find(ids_, root, id, isOnly);
 }
 
+bool NodeIndex::isCarried(Node& root, const std::string& id) {
+    return ids_.built ? ids_.table.isCarried(id) : findByID(root, id) != nullptr;
+}
+
 Node* NodeIndex::findByName(Node& root, const std::string& name) {
     bool isOnly = false;
     return find(names_, root, name, isOnly);
@@ -43,7 +47,7 @@ Node* NodeIndex::findByName(Node& root, const std::string& name) {
 void NodeIndex::findAllByID(Node& root, const std::vector<std::string>& ids,
                             std::vector<Node*>& nodes) {
     nodes.assign(ids.size(), nullptr);
-    const bool isBuilt = ids_.built || build(ids_, root);
+    const bool isBuilt = prepare(ids_, root);
     Wanted wanted;
     for (std::size_t i = 0; i < ids.size(); ++i) {
         if (isBuilt) {
@@ -71,7 +75,7 @@ bool NodeIndex::lists(const Node& node) const { return node.indexGeneration_ == 
 
 Node* NodeIndex::find(View& view, Node& root, const std::string& text, bool& isOnly) {
     isOnly = false;
-    if (!view.built && !build(view, root)) return search(root, text, view.table);
+    if (!prepare(view, root)) return search(root, text, view.table);
     const auto found = view.table.find(text);
     isOnly = found.answer == NodeTable::ONE && !view.table.isShared(text);
     if (found.answer != NodeTable::SEVERAL) return found.node;
@@ -91,6 +95,14 @@ bool NodeIndex::changeOrDrop(Change change) {
     return false;
 }
 
+bool NodeIndex::prepare(View& view, Node& root) {
+    if (!view.built) return build(view, root);
+    return changeOrDrop([&] {
+        view.table.settle();
+        return true;
+    });
+}
+
 bool NodeIndex::build(View& view, Node& root) {
     view.built = changeOrDrop([&] {
         NodeWalk walk(root, NodeWalk::SKIP_REPEATS);
@@ -99,6 +111,7 @@ bool NodeIndex::build(View& view, Node& root) {
             node->indexGeneration_ = generation_;
             view.table.insert(node);
         }
+        view.table.settle();
         return true;
     });
     return view.built;

@@ -25,7 +25,7 @@ public:
     explicit NodeIndex(const SceneManager* scene);
 
     Node* findByID(Node& root, const std::string& id) {
-        if (ids_.built) {
+        if (ids_.built && ids_.table.isSettled()) {
             const auto found = ids_.table.find(id);
             if (found.answer != NodeTable::SEVERAL) return found.node;
         }
@@ -35,6 +35,9 @@ public:
     /// The same; @p isOnly tells that no other node of the tree carries the ID.
     Node* findByID(Node& root, const std::string& id, bool& isOnly);
     Node* findByName(Node& root, const std::string& name);
+
+    /// Whether findByID finds a node. Among many additions faster than that.
+    bool isCarried(Node& root, const std::string& id);
 
     /// Ask for the memory that looking up @p id will read, the second some time after the first.
     /// @{
@@ -79,6 +82,8 @@ private:
     /// Makes a change of the tables. Where it gives up, or memory ends, the index goes.
     template <class Change>
     bool changeOrDrop(Change change);
+    /// False where the tree has to be searched.
+    bool prepare(View& view, Node& root);
     bool build(View& view, Node& root);
     using Wanted = boost::unordered_map<std::string, std::size_t>;
     void searchIDs(Node& root, Wanted& wanted, std::vector<Node*>& nodes);

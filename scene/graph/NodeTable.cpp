@@ -66,6 +66,14 @@ NodeTable::Found NodeTable::find(const std::string& text) const {
     return Found{ONE, entries_[position].node};
 }
 
+bool NodeTable::isCarried(const std::string& text) const {
+    const auto hash = hashOf(text);
+    for (const auto& waiting : queue_) {
+        if (waiting.node && waiting.hash == hash && carries(*waiting.node, text)) return true;
+    }
+    return find(text).answer != NONE;
+}
+
 NodeTable::Found NodeTable::findShared(const std::string& text) const {
     const auto found = shared_.find(text);
     if (found == shared_.end()) return Found{NONE, nullptr};
@@ -74,8 +82,11 @@ NodeTable::Found NodeTable::findShared(const std::string& text) const {
 }
 
 void NodeTable::fetchEntry(const std::string& text) const {
-    if (size_ == 0) return;
-    const auto home = hashOf(text) & (size_ - 1);
+    if (size_ > 0) fetchHome(hashOf(text));
+}
+
+void NodeTable::fetchHome(std::uint32_t hash) const {
+    const auto home = hash & (size_ - 1);
     __builtin_prefetch(&tags_[home]);
     __builtin_prefetch(&entries_[home]);
 }
@@ -95,7 +106,25 @@ void NodeTable::rememberFirst(const std::string& text, Node* node) {
 }
 
 void NodeTable::insert(Node* node) {
-    const auto& text = textOf(*node);
+    reserve(1);
+    auto& waiting = queue_[turn_];
+    turn_ = (turn_ + 1) % longestQueue;
+    if (waiting.node) settle(waiting);
+    waiting = Entry{hashOf(textOf(*node)), node};
+    ++queued_;
+    fetchHome(waiting.hash);
+}
+
+void NodeTable::settle() {
+    for (auto& waiting : queue_) {
+        if (waiting.node) settle(waiting);
+    }
+}
+
+void NodeTable::settle(Entry& waiting) {
+    const auto entry = std::exchange(waiting, Entry{});
+    --queued_;
+    const auto& text = textOf(*entry.node);
     if (!shared_.empty()) {
         const auto found = shared_.find(text);
         if (found != shared_.end()) {
@@ -104,11 +133,9 @@ void NodeTable::insert(Node* node) {
             return;
         }
     }
-    reserve(1);
-    const auto hash = hashOf(text);
-    const auto position = locate(hash, text);
+    const auto position = locate(entry.hash, text);
     if (tags_[position] == 0) {
-        write(position, Entry{hash, node});
+        write(position, entry);
         ++used_;
         return;
     }
@@ -117,6 +144,7 @@ void NodeTable::insert(Node* node) {
 }
 
 void NodeTable::erase(Node* node) {
+    if (!isSettled() && leaveQueue(node)) return;
     const auto& text = textOf(*node);
     const auto found = shared_.empty() ? shared_.end() : shared_.find(text);
     if (found == shared_.end()) {
@@ -130,6 +158,15 @@ void NodeTable::erase(Node* node) {
     }
 }
 
+bool NodeTable::leaveQueue(const Node* node) {
+    const auto waiting = std::find_if(queue_.begin(), queue_.end(),
+                                      [&](const Entry& entry) { return entry.node == node; });
+    if (waiting == queue_.end()) return false;
+    *waiting = Entry{};
+    --queued_;
+    return true;
+}
+
 void NodeTable::clear() {
     entries_.reset();
     size_ = 0;
@@ -137,6 +174,8 @@ void NodeTable::clear() {
     tags_.shrink_to_fit();
     used_ = 0;
     shared_.clear();
+    queue_ = {};
+    queued_ = 0;
 }
 
 std::uint32_t NodeTable::hashOf(const std::string& text) {
@@ -181,7 +220,7 @@ void NodeTable::setTag(std::size_t position, std::uint8_t tag) {
 
 void NodeTable::reserve(std::size_t count) {
     auto size = std::max<std::size_t>(size_, 16);
-    while (!isRoomFor(used_ + count, size)) size *= 2;
+    while (!isRoomFor(used_ + queued_ + count, size)) size *= 2;
     if (size > size_) growTo(size);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -34,8 +35,10 @@ public:
         Node* node;  ///< For ONE, that node; null otherwise.
     };
     /// Whether nodes carry @p text. For SEVERAL, the caller has to search, and may rememberFirst
-    /// what it finds.
+    /// what it finds. The table must be settled.
     Found find(const std::string& text) const;
+    /// Whether any node carries @p text. The table need not be settled.
+    bool isCarried(const std::string& text) const;
     /// Whether several nodes carry @p text, or did once.
     bool isShared(const std::string& text) const;
     /// Asks for the memory that find will read for @p text: that of its entry and, in a later call,
@@ -46,7 +49,13 @@ public:
     /// @}
     void rememberFirst(const std::string& text, Node* node);
 
+    /// The entry waits in a queue while its memory comes, and is written some insertions later;
+    /// settle writes all that wait.
+    /// @{
     void insert(Node* node);
+    void settle();
+    bool isSettled() const { return queued_ == 0; }
+    /// @}
     /// @p node must be in the table under the text that it still carries.
     void erase(Node* node);
     void clear();
@@ -65,8 +74,12 @@ private:
     /// Eight tags as one number, the first of them lowest.
     using Group = std::uint64_t;
     static constexpr std::size_t groupSize = sizeof(Group);
+    static constexpr std::size_t longestQueue = 8;
 
     Found findShared(const std::string& text) const;
+    void fetchHome(std::uint32_t hash) const;
+    void settle(Entry& waiting);
+    bool leaveQueue(const Node* node);
     static std::uint32_t hashOf(const std::string& text);
     /// The place of the text's entry, or where it would be inserted.
     std::size_t locate(std::uint32_t hash, const std::string& text) const;
@@ -98,6 +111,10 @@ private:
     std::vector<std::uint8_t> tags_;
     std::size_t used_ = 0;
     boost::unordered_map<std::string, Shared> shared_;
+
+    std::array<Entry, longestQueue> queue_{};  ///< A place without node is free.
+    std::size_t queued_ = 0;
+    std::size_t turn_ = 0;  ///< The place after the last one taken.
 };
 
 }  // namespace vantorix::scene

@@ -118,7 +118,6 @@ boost::shared_ptr<Node> SceneMerge::place(const Node& node, const boost::shared_
         if (const auto child = children_.find(parent, node.id_)) return child;
     }
     auto id = target_->renamedID(node.id_);
-    target_->nodeIndex_->fetchEntry(id);
     logNode("[INFO] Renamed repeated Node to: ", id, "");
     return addCopy(node, std::move(id), parent, isLeaf);
 }
@@ -142,7 +141,7 @@ bool SceneMerge::isLogging() const {
 
 bool SceneMerge::isTaken(const std::string& id) const {
     auto* const root = target_->root_.get();
-    return root && target_->nodeIndex_->findByID(*root, id);
+    return root && target_->nodeIndex_->isCarried(*root, id);
 }
 
 boost::shared_ptr<Node> SceneMerge::copyNode(const Node& node, std::string&& id) {
