@@ -6,20 +6,19 @@
 #include "scene/graph/NumberedID.h"
 
 namespace vantorix::scene {
-namespace {
 
-constexpr char prefix[] = "OID";
-constexpr std::size_t prefixSize = sizeof(prefix) - 1;
+std::string SceneIdentifiers::generate() { return numberedID(prefix, generateNumber()); }
 
-}  // namespace
-
-std::string SceneIdentifiers::generate() {
-    auto id = numberedID(prefix, next_++);
-    while (used_.count(id) > 0) id = numberedID(prefix, next_++);
-    return id;
+std::uint32_t SceneIdentifiers::generateNumber() {
+    auto number = next_++;
+    while (!used_.empty() && used_.count(numberedID(prefix, number)) > 0) {
+        number = next_++;
+    }
+    return number;
 }
 
 void SceneIdentifiers::record(const std::string& id) {
+    constexpr std::size_t prefixSize = sizeof(prefix) - 1;
     if (id.size() < prefixSize || std::memcmp(id.data(), prefix, prefixSize) != 0) return;
     used_.insert(id);
 }

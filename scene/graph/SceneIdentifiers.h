@@ -9,7 +9,11 @@ namespace vantorix::scene {
 /// Generates the identifiers "OID0", "OID1", ... of one scene, without those that were recorded.
 class SceneIdentifiers {
 public:
+    static constexpr char prefix[] = "OID";
+
     std::string generate();
+    /// The number of the identifier that generate would return.
+    std::uint32_t generateNumber();
     void record(const std::string& id);
 
 private:

@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <string_view>
 #include <utility>
 
 #include <boost/make_shared.hpp>
@@ -9,7 +8,9 @@
 #include "scene/geometry/MappingSearch.h"
 #include "scene/geometry/Mesh.h"
 #include "scene/geometry/Stream.h"
+#include "scene/graph/NumberedID.h"
 #include "scene/graph/SceneEvents.h"
+#include "scene/graph/SceneIdentifiers.h"
 #include "scene/graph/SceneLibrary.h"
 #include "scene/graph/SceneManager.h"
 #include "scene/graph/SceneMerge.h"
@@ -159,15 +160,8 @@ void SceneManager::addMerged(const std::vector<boost::shared_ptr<Material>>& mat
 }
 
 std::string SceneManager::renamedID(const std::string& id) {
-    static constexpr std::string_view before = "__renamed_";
-    static constexpr std::string_view after = "__";
-    const auto number = generateID();
-    std::string renamed(id.size() + before.size() + number.size() + after.size(), '_');
-    auto end = std::copy(id.begin(), id.end(), renamed.begin());
-    end = std::copy(before.begin(), before.end(), end);
-    end = std::copy(number.begin(), number.end(), end);
-    std::copy(after.begin(), after.end(), end);
-    return renamed;
+    const auto number = identifiers_->generateNumber();
+    return textAround({id, "__renamed_", SceneIdentifiers::prefix}, number, "__");
 }
 
 void SceneManager::replaceSharedStreams(boost::shared_ptr<SceneManager> other) {
