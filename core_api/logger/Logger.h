@@ -42,9 +42,7 @@ public:
         if (!active || !enabled_) return *this;
         const boost::lock_guard<boost::recursive_mutex> lock(mutex_);
         try {
-            std::ostringstream line;
-            line << value;
-            writeLine(line.str());
+            writeLine(textOf(value));
         } catch (...) {
             // A value that cannot be formatted is dropped.
         }
@@ -52,6 +50,15 @@ public:
     }
 
 private:
+    /// Most lines are strings, which need no stream.
+    static const std::string& textOf(const std::string& value) { return value; }
+    template <class T>
+    static std::string textOf(const T& value) {
+        std::ostringstream text;
+        text << value;
+        return text.str();
+    }
+
     void writeLine(const std::string& line);
 
     boost::recursive_mutex mutex_;  // Recursive: a writer or a formatted value may log itself.

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include <boost/date_time/posix_time/posix_time.hpp>
 #include <boost/make_shared.hpp>
 #include <boost/thread.hpp>
 #include <gmock/gmock.h>
@@ -159,6 +160,18 @@ TEST_F(LoggerTest, TheConsoleWriterLeavesStandardOutputAlone) {
     EXPECT_TRUE(::testing::Matches(::testing::ContainsRegex(
         "^[0-9]{4}-[0-9]{2}-[0-9]{2}T[0-9]{2}:[0-9]{2}:[0-9]{2}\\.[0-9]{3} text\n$"))(line))
         << line;
+}
+
+TEST_F(LoggerTest, ADecoratedLineBeginsWithItsTimeInMilliseconds) {
+    using boost::posix_time::microsec_clock;
+    const auto before = microsec_clock::local_time() - boost::posix_time::milliseconds(1);
+    const auto line = BasicDecorator().decorate("text");
+    const auto after = microsec_clock::local_time();
+    const auto end = line.find(' ');
+    ASSERT_EQ(line.substr(end), " text");
+    const auto time = boost::posix_time::from_iso_extended_string(line.substr(0, end));
+    EXPECT_LT(before, time);
+    EXPECT_LE(time, after);
 }
 
 }  // namespace
