@@ -4,6 +4,7 @@
 #include <array>
 #include <cstring>
 #include <limits>
+#include <new>
 #include <typeinfo>
 
 #include "scene/animation/AnimationChannel.h"
@@ -279,8 +280,16 @@ void PlaybackTracks::countKeys(std::size_t number) {
 void PlaybackTracks::seek(float time) {
     constexpr std::size_t playsBeforeRows = 3;
     tables_.seek(time);
-    if (++quietPlays_ == playsBeforeRows) makeRows();
+    if (++quietPlays_ == playsBeforeRows) tryToMakeRows();
     for (auto& rows : rows_) rows.seek(tables_.interval(rows.table()), tracks_);
+}
+
+void PlaybackTracks::tryToMakeRows() {
+    try {
+        makeRows();
+    } catch (const std::bad_alloc&) {
+        // They only spare time.
+    }
 }
 
 // What all of them take together is limited.

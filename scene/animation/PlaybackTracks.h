@@ -110,6 +110,7 @@ private:
     void read(std::size_t track);
     void countKeys(std::size_t track);
     void classify(std::size_t track);
+    void tryToMakeRows();
     void makeRows();
     std::size_t endOfLines(std::size_t first) const;
     void forgetRows();

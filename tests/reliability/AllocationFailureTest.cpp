@@ -3,6 +3,7 @@
 
 #include <array>
 
+#include <boost/date_time/posix_time/posix_time_duration.hpp>
 #include <boost/make_shared.hpp>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -11,6 +12,7 @@
 #include "core_api/event/EventManager.h"
 #include "core_api/logger/Logger.h"
 
+#include "scene/animation/AnimationManager.h"
 #include "scene/geometry/Mesh.h"
 #include "scene/geometry/Stream.h"
 #include "scene/geometry/Triangle.h"
@@ -18,6 +20,8 @@
 #include "scene/geometry/Vertex.h"
 #include "scene/graph/Node.h"
 #include "scene/graph/SceneManager.h"
+#include "scene/transform/TransformationTranslate.h"
+#include "tests/animation/AnimationSupport.h"
 #include "tests/reliability/FailingAllocation.h"
 #include "tests/reliability/SceneCheck.h"
 #include "tests/reliability/ScriptedScene.h"
@@ -113,6 +117,41 @@ TEST(AllocationFailureAlone, ChangesNoLookUpInATreeThatGrows) {
         EXPECT_THAT(findTreeFaults(*scene), testing::IsEmpty());  // Builds the index.
         const bool failed = failAt(number, [&] { changeTree(scene); });
         expectWhole(scene);
+        if (!failed || testing::Test::HasFailure()) return;
+    }
+}
+
+// Many channels with equal key times: values are copied once they were played a few times.
+TEST(AllocationFailureAlone, OfCopiedKeysDisturbsNoPlayback) {
+    const Keys keys({0, 1, 2}, 3, {0, 0, 0, 10, 0, 0, 20, 0, 0});
+    for (long number = 1;; ++number) {
+        SCOPED_TRACE("allocation " + std::to_string(number));
+        const auto scene = boost::make_shared<scene::SceneManager>(nullptr);
+        const auto animation = makeAnimation();
+        boost::shared_ptr<scene::Node> node;
+        for (int i = 0; i < 20; ++i) {
+            node = boost::make_shared<scene::Node>(scene);
+            scene->getRoot()->addNode(node);
+            addElement<scene::TransformationTranslate>(*node, "t");
+            animation->addChannel(keys.sampler, node->getID() + "/t");
+        }
+        const auto player = boost::make_shared<scene::AnimationManager>();
+        player->attach(scene);
+        player->setAnimation(animation);
+        const auto show = [&](int time) {
+            player->setTime(boost::posix_time::milliseconds(time));
+            player->update(boost::posix_time::seconds(0));
+            return node->getTranslation().x();
+        };
+        EXPECT_EQ(show(1500), 15);
+        bool isShown = false;
+        const bool failed = failAt(number, [&] {
+            for (const int time : {500, 1500, 700, 1700}) show(time);
+            isShown = true;
+        });
+        EXPECT_TRUE(isShown);
+        EXPECT_EQ(show(600), 6);
+        scene->stop();
         if (!failed || testing::Test::HasFailure()) return;
     }
 }
