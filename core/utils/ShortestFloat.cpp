@@ -59,7 +59,7 @@ Decimal shortestDecimal(std::uint32_t significand, int exponent, bool isLowerGap
         (exponent * 1262611 - (isLowerGapHalf ? 524031 : 0)) >> 22;  // floor(log10(interval))
     const int shift = exponent + floorLog2Pow10(-power) + 1;
     const Wide quarter = Wide(powersOfTen[-power - leastPower]) << shift;
-    const Wide center = quarter * (4 * significand);
+    const Wide center = quarter * Wide(4 * significand);
     // An even significand also owns the ends of its interval.
     const std::uint32_t open = significand & 1u;
     const auto lower = roundedToOdd(center - (isLowerGapHalf ? quarter : 2 * quarter)) + open;
