@@ -1,26 +1,13 @@
 #pragma once
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <cstddef>
-#include <cstring>
 #include <initializer_list>
 #include <string>
 #include <string_view>
 
 namespace vantorix::scene {
-
-/// @p prefix and then @p number in decimal.
-template <std::size_t Size>
-std::string numberedID(const char (&prefix)[Size], unsigned int number) {
-    constexpr std::size_t longestNumber = 10;
-    constexpr std::size_t prefixSize = Size - 1;  // Without the 0 at its end.
-    std::array<char, prefixSize + longestNumber> text{};
-    std::memcpy(text.data(), prefix, prefixSize);
-    char* const digits = text.data() + prefixSize;
-    return {text.data(), std::to_chars(digits, text.data() + text.size(), number).ptr};
-}
 
 /// What stands in @p before, in its order, then @p number in decimal and @p after.
 ///
@@ -38,6 +25,11 @@ inline std::string textAround(std::initializer_list<std::string_view> before, un
     end = std::to_chars(end, end + digits, number).ptr;
     std::copy(after.begin(), after.end(), end);
     return text;
+}
+
+/// @p prefix and then @p number in decimal.
+inline std::string numberedID(std::string_view prefix, unsigned int number) {
+    return textAround({prefix}, number, {});
 }
 
 }  // namespace vantorix::scene
