@@ -275,7 +275,7 @@ public:
 
 class TreeProperty : public testing::TestWithParam<unsigned int> {};
 
-// With few edits between two look-ups or with many, of which the later ones undo earlier ones.
+// With few edits between two look-ups, or with so many that nodes come and go unread.
 TEST_P(TreeProperty, AgreesWithThePlainModelAfterEveryEdit) {
     const int editsBetween = GetParam() % 2 == 0 ? 3 : 40;
     const auto manager = boost::make_shared<core::event::EventManager>();
